@@ -1,0 +1,86 @@
+#include "convert/text.hpp"
+
+#include <cstdint>
+
+#include "gateway/errors.hpp"
+#include "qvhost/msgid.hpp"
+#include "qvhost/strings.hpp"
+#include "qvhost/text.hpp"
+
+namespace {
+
+// Strict: invalid UTF-16 (a lone surrogate) raises the host's TextConversionError.
+codecvt_ustring_to_string utf8Converter() { return {"UTF-8", true}; }
+
+bool isChar(const qvArray* a) { return qvGetClassID(a) == qvCHAR_CLASS; }
+
+}  // namespace
+
+std::string getName(const qvArray* a, const std::string& argName) {
+  // Any empty char array counts, whatever its shape: the empty name.
+  if (!qvIsCharVector(a) && !(isChar(a) && qvIsEmpty(a))) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::argumentWasNotChar(argName));
+  }
+  return matrix::get_string(a, utf8Converter());
+}
+
+std::string getFileName(const qvArray* a, const std::string& argName) {
+  if (!isChar(a)) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::argumentWasNotChar(argName));
+  }
+  const std::u16string text = matrix::get_ustring(a);
+  if (text.empty()) {
+    return {};
+  }
+  try {
+    const codecvt_ustring_to_narrow_string converter(false);
+    return converter.do_convert(text.data(), text.size());
+  } catch (const FsysExceptionBase&) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::invalidCharErr());
+  }
+}
+
+qvArrayPtr makeNameResult(const char* utf8) {
+  const std::u16string text = utf8_to_ustring(utf8);
+  return matrix::create(text.data(), text.size());
+}
+
+qvArrayPtr makeAsciiText(std::string_view text) { return matrix::create(text.data(), text.size()); }
+
+std::string getAttributeText(const qvArray* a) { return matrix::get_string(a, utf8Converter()); }
+
+std::vector<char> narrowCharData(const qvArray* a) {
+  const std::size_t n = qvGetNumberOfElements(a);
+  const auto* units = static_cast<const char16_t*>(qvGetData(a));
+  std::vector<char> bytes(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    bytes[i] = static_cast<char>(static_cast<std::uint8_t>(units[i] & 0xFFu));
+  }
+  return bytes;
+}
+
+void widenCharData(const char* bytes, std::size_t n, char16_t* out) noexcept {
+  for (std::size_t i = 0; i < n; ++i) {
+    // Via signed char, so bytes above 0x7F fill the high byte with ones.
+    out[i] = static_cast<char16_t>(static_cast<signed char>(bytes[i]));
+  }
+}
+
+Utf8StringList::Utf8StringList(const qvArray* stringArray) {
+  const StringArrayView view = getString(stringArray);
+  const codecvt_ustring_to_string utf8 = utf8Converter();
+  texts_.reserve(view.count);
+  for (std::size_t i = 0; i < view.count; ++i) {
+    if (view.isMissing(i)) {
+      throw foundation::core::except::Exception<QUARNA::string::MissingNotSupported>(
+          QUARNA::string::MissingNotSupported());
+    }
+    const std::u16string& text = view.at(i);
+    texts_.push_back(utf8.do_convert(text.data(), text.size()));
+  }
+  // Only now: the strings no longer move.
+  pointers_.reserve(texts_.size());
+  for (const std::string& text : texts_) {
+    pointers_.push_back(text.c_str());
+  }
+}

@@ -1,0 +1,223 @@
+#include "gateway/constants.hpp"
+
+#include <netcdf.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "convert/outputs.hpp"
+#include "convert/text.hpp"
+#include "gateway/errors.hpp"
+#include "qvhost/strings.hpp"
+#include "qvhost/text.hpp"
+
+namespace {
+
+struct NamedConstant {
+  double value;
+  const char* longName;
+  const char* shortName;
+};
+
+// Values as the interface has always published them, some differing from netCDF-C's own
+// (NC_FATAL, NC_VERBOSE) and some repeated. The FILL rows' -1 is never returned.
+constexpr std::array<NamedConstant, 118> kConstants = {{
+    {1, "NC_BYTE", "BYTE"},
+    {7, "NC_UBYTE", "UBYTE"},
+    {2, "NC_CHAR", "CHAR"},
+    {3, "NC_SHORT", "SHORT"},
+    {8, "NC_USHORT", "USHORT"},
+    {4, "NC_INT", "INT"},
+    {9, "NC_UINT", "UINT"},
+    {4, "NC_LONG", "LONG"},
+    {10, "NC_INT64", "INT64"},
+    {11, "NC_UINT64", "UINT64"},
+    {5, "NC_FLOAT", "FLOAT"},
+    {6, "NC_DOUBLE", "DOUBLE"},
+    {12, "NC_STRING", "STRING"},
+    {0, "NC_NAT", "NAT"},
+    {-1, "NC_FILL_BYTE", "FILL_BYTE"},
+    {-1, "NC_FILL_UBYTE", "FILL_UBYTE"},
+    {-1, "NC_FILL_CHAR", "FILL_CHAR"},
+    {-1, "NC_FILL_SHORT", "FILL_SHORT"},
+    {-1, "NC_FILL_USHORT", "FILL_USHORT"},
+    {-1, "NC_FILL_INT", "FILL_INT"},
+    {-1, "NC_FILL_UINT", "FILL_UINT"},
+    {-1, "NC_FILL_INT64", "FILL_INT64"},
+    {-1, "NC_FILL_UINT64", "FILL_UINT64"},
+    {-1, "NC_FILL_FLOAT", "FILL_FLOAT"},
+    {-1, "NC_FILL_DOUBLE", "FILL_DOUBLE"},
+    {-1, "NC_FILL_STRING", "FILL_STRING"},
+    {0, "NC_NOWRITE", "NOWRITE"},
+    {1, "NC_WRITE", "WRITE"},
+    {0, "NC_CLOBBER", "CLOBBER"},
+    {4, "NC_NOCLOBBER", "NOCLOBBER"},
+    {2048, "NC_SHARE", "SHARE"},
+    {1024, "NC_LOCK", "LOCK"},
+    {512, "NC_64BIT_OFFSET", "64BIT_OFFSET"},
+    {4096, "NC_NETCDF4", "NETCDF4"},
+    {256, "NC_CLASSIC_MODEL", "CLASSIC_MODEL"},
+    {8, "NC_DISKLESS", "DISKLESS"},
+    {16, "NC_MMAP", "MMAP"},
+    {0, "NC_FILL", "FILL"},
+    {256, "NC_NOFILL", "NOFILL"},
+    {1, "NC_FORMAT_CLASSIC", "FORMAT_CLASSIC"},
+    {2, "NC_FORMAT_64BIT", "FORMAT_64BIT"},
+    {1024, "NC_MAX_DIMS", "MAX_DIMS"},
+    {8192, "NC_MAX_ATTRS", "MAX_ATTRS"},
+    {8192, "NC_MAX_VARS", "MAX_VARS"},
+    {256, "NC_MAX_NAME", "MAX_NAME"},
+    {1024, "NC_MAX_VAR_DIMS", "MAX_VAR_DIMS"},
+    {-1, "NC2_ERR", "NC2_ERR"},
+    {0, "NC_NOERR", "NOERR"},
+    {-33, "NC_EBADID", "EBADID"},
+    {-34, "NC_ENFILE", "ENFILE"},
+    {-35, "NC_EEXIST", "EEXIST"},
+    {-36, "NC_EINVAL", "EINVAL"},
+    {-37, "NC_EPERM", "EPERM"},
+    {-38, "NC_ENOTINDEFINE", "ENOTINDEFINE"},
+    {-39, "NC_EINDEFINE", "EINDEFINE"},
+    {-40, "NC_EINVALCOORDS", "EINVALCOORDS"},
+    {-41, "NC_EMAXDIMS", "EMAXDIMS"},
+    {-42, "NC_ENAMEINUSE", "ENAMEINUSE"},
+    {-43, "NC_ENOTATT", "ENOTATT"},
+    {-44, "NC_EMAXATTS", "EMAXATTS"},
+    {-45, "NC_EBADTYPE", "EBADTYPE"},
+    {-46, "NC_EBADDIM", "EBADDIM"},
+    {-47, "NC_EUNLIMPOS", "EUNLIMPOS"},
+    {-48, "NC_EMAXVARS", "EMAXVARS"},
+    {-49, "NC_ENOTVAR", "ENOTVAR"},
+    {-50, "NC_EGLOBAL", "EGLOBAL"},
+    {-51, "NC_ENOTNC", "ENOTNC"},
+    {-52, "NC_ESTS", "ESTS"},
+    {-53, "NC_EMAXNAME", "EMAXNAME"},
+    {-54, "NC_EUNLIMIT", "EUNLIMIT"},
+    {-55, "NC_ENORECVARS", "ENORECVARS"},
+    {-56, "NC_ECHAR", "ECHAR"},
+    {-57, "NC_EEDGE", "EEDGE"},
+    {-58, "NC_ESTRIDE", "ESTRIDE"},
+    {-59, "NC_EBADNAME", "EBADNAME"},
+    {-60, "NC_ERANGE", "ERANGE"},
+    {-61, "NC_ENOMEM", "ENOMEM"},
+    {-62, "NC_EVARSIZE", "EVARSIZE"},
+    {-63, "NC_EDIMSIZE", "EDIMSIZE"},
+    {-64, "NC_ETRUNC", "ETRUNC"},
+    {1, "NC_FATAL", "FATAL"},
+    {-1, "NC_GLOBAL", "GLOBAL"},
+    {0, "NC_UNLIMITED", "UNLIMITED"},
+    {0, "NC_SIZEHINT_DEFAULT", "SIZEHINT_DEFAULT"},
+    {2, "NC_VERBOSE", "VERBOSE"},
+    {-101, "NC_EHDFERR", "EHDFERR"},
+    {-102, "NC_ECANTREAD", "ECANTREAD"},
+    {-103, "NC_ECANTWRITE", "ECANTWRITE"},
+    {-104, "NC_ECANTCREATE", "ECANTCREATE"},
+    {-105, "NC_EFILEMETA", "EFILEMETA"},
+    {-107, "NC_EATTMETA", "EATTMETA"},
+    {-106, "NC_EDIMMETA", "EDIMMETA"},
+    {-108, "NC_EVARMETA", "EVARMETA"},
+    {-109, "NC_ENOCOMPOUND", "ENOCOMPOUND"},
+    {-110, "NC_EATTEXISTS", "EATTEXISTS"},
+    {-111, "NC_ENOTNC4", "ENOTNC4"},
+    {-112, "NC_ESTRICTNC3", "ESTRICTNC3"},
+    {-113, "NC_ENOTNC3", "ENOTNC3"},
+    {-114, "NC_ENOPAR", "ENOPAR"},
+    {-115, "NC_EPARINIT", "EPARINIT"},
+    {-116, "NC_EBADGRPID", "EBADGRPID"},
+    {-117, "NC_EBADTYPID", "EBADTYPID"},
+    {-118, "NC_ETYPDEFINED", "ETYPDEFINED"},
+    {-119, "NC_EBADFIELD", "EBADFIELD"},
+    {-120, "NC_EBADCLASS", "EBADCLASS"},
+    {-121, "NC_EMAPTYPE", "EMAPTYPE"},
+    {-122, "NC_ELATEFILL", "ELATEFILL"},
+    {-123, "NC_ELATEDEF", "ELATEDEF"},
+    {-124, "NC_EDIMSCALE", "EDIMSCALE"},
+    {-125, "NC_ENOGRP", "ENOGRP"},
+    {-126, "NC_ESTORAGE", "ESTORAGE"},
+    {-127, "NC_EBADCHUNK", "EBADCHUNK"},
+    {3, "NC_FORMAT_NETCDF4", "FORMAT_NETCDF4"},
+    {4, "NC_FORMAT_NETCDF4_CLASSIC", "FORMAT_NETCDF4_CLASSIC"},
+    {0, "NC_CHUNKED", "CHUNKED"},
+    {1, "NC_CONTIGUOUS", "CONTIGUOUS"},
+    {0, "NC_NOCHECKSUM", "NOCHECKSUM"},
+    {1, "NC_FLETCHER32", "FLETCHER32"},
+}};
+
+constexpr std::array<std::uint64_t, 2> kScalarDims{1, 1};
+
+template <class T>
+qvArrayPtr makeScalarOfClass(qvClassID cls, T value) {
+  qvArrayPtr a = matrix::detail::do_create_numeric(kScalarDims, cls, qvREAL);
+  *static_cast<T*>(qvGetData(a.get())) = value;
+  return a;
+}
+
+struct FillConstant {
+  std::string_view shortName;
+  qvArrayPtr (*make)();
+};
+
+// netCDF-C's default fill values, each in the host class of its type.
+constexpr std::array<FillConstant, 12> kFillConstants = {{
+    {"FILL_BYTE", [] { return makeScalarOfClass<std::int8_t>(qvINT8_CLASS, NC_FILL_BYTE); }},
+    {"FILL_UBYTE", [] { return makeScalarOfClass<std::uint8_t>(qvUINT8_CLASS, NC_FILL_UBYTE); }},
+    {"FILL_CHAR",
+     [] { return makeScalarOfClass<char16_t>(qvCHAR_CLASS, static_cast<char16_t>(NC_FILL_CHAR)); }},
+    {"FILL_SHORT", [] { return makeScalarOfClass<std::int16_t>(qvINT16_CLASS, NC_FILL_SHORT); }},
+    {"FILL_USHORT",
+     [] { return makeScalarOfClass<std::uint16_t>(qvUINT16_CLASS, NC_FILL_USHORT); }},
+    {"FILL_INT", [] { return makeScalarOfClass<std::int32_t>(qvINT32_CLASS, NC_FILL_INT); }},
+    {"FILL_UINT", [] { return makeScalarOfClass<std::uint32_t>(qvUINT32_CLASS, NC_FILL_UINT); }},
+    {"FILL_INT64", [] { return makeScalarOfClass<std::int64_t>(qvINT64_CLASS, NC_FILL_INT64); }},
+    {"FILL_UINT64",
+     [] { return makeScalarOfClass<std::uint64_t>(qvUINT64_CLASS, NC_FILL_UINT64); }},
+    {"FILL_FLOAT", [] { return makeScalarOfClass<float>(qvSINGLE_CLASS, NC_FILL_FLOAT); }},
+    {"FILL_DOUBLE", [] { return makeScalarOfClass<double>(qvDOUBLE_CLASS, NC_FILL_DOUBLE); }},
+    {"FILL_STRING", [] { return createStringArray(utf8_to_ustring(NC_FILL_STRING)); }},
+}};
+
+// Upper case and at most one "NC_" prefix off; "NC_" alone stays as it is.
+std::string shortNameOf(std::string text) {
+  constexpr std::string_view kPrefix = "NC_";
+  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+    return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  });
+  if (text.size() > kPrefix.size() && text.starts_with(kPrefix)) {
+    text.erase(0, kPrefix.size());
+  }
+  return text;
+}
+
+qvArrayPtr constantValue(const std::string& shortName) {
+  const auto fill = std::find_if(kFillConstants.begin(), kFillConstants.end(),
+                                 [&](const FillConstant& f) { return f.shortName == shortName; });
+  if (fill != kFillConstants.end()) {
+    return fill->make();
+  }
+  const auto row = std::find_if(kConstants.begin(), kConstants.end(),
+                                [&](const NamedConstant& c) { return shortName == c.shortName; });
+  if (row == kConstants.end()) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedCharParameter(shortName));
+  }
+  return makeDoubleScalar(row->value);
+}
+
+}  // namespace
+
+void handleParameter(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/, const qvArray* const* inputs,
+                     const OperationRow& /*row*/) {
+  plhs[0] = constantValue(shortNameOf(getName(inputs[0], "parameter")));
+}
+
+void handleGetConstantNames(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/,
+                            const qvArray* const* /*inputs*/, const OperationRow& /*row*/) {
+  const std::array<std::uint64_t, 2> dims{kConstants.size(), 1};
+  qvArrayPtr names = matrix::detail::do_create_cell(dims);
+  for (std::size_t i = 0; i < kConstants.size(); ++i) {
+    qvSetCell(names.get(), i, makeAsciiText(kConstants[i].longName));
+  }
+  plhs[0] = std::move(names);
+}

@@ -1,0 +1,28 @@
+// One row of the operation table and the handler signature every operation shares.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "qvhost/array.hpp"
+
+struct OperationRow;
+
+// nlhs: outputs asked for; plhs: output slots; inputs: the inputs after the name.
+using OperationHandler = void (*)(int nlhs, qvArrayPtr* plhs, int nInputs,
+                                  const qvArray* const* inputs, const OperationRow& row);
+
+struct OperationRow {
+  std::int32_t opId;
+  const char* name;
+  std::int32_t nInputs;
+  OperationHandler handler;
+};
+
+// The library's table, in lookup order.
+std::span<const OperationRow> operationTable() noexcept;
+
+// First row whose name matches exactly; raises unrecognizedOperation or
+// wrongNumberOfInputs. Never returns null.
+const OperationRow& lookupOperation(std::span<const OperationRow> table, const char* name,
+                                    int nInputs);

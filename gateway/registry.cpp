@@ -1,0 +1,40 @@
+#include "gateway/registry.hpp"
+
+#include <netcdf.h>
+
+#include <set>
+
+#include "gateway/errors.hpp"
+#include "qvhost/msgid.hpp"
+
+namespace {
+// Lives from load to unload; the host calls QNTerminate before destroying it.
+std::set<int> openFiles;
+}  // namespace
+
+namespace OpenFileRegistry {
+
+void add(int ncid) { openFiles.insert(ncid); }
+
+void remove(int ncid) { openFiles.erase(ncid); }
+
+bool contains(int ncid) { return openFiles.contains(ncid); }
+
+std::vector<int> ids() { return {openFiles.begin(), openFiles.end()}; }
+
+void closeAll() noexcept {
+  if (openFiles.empty()) {
+    return;
+  }
+  try {
+    qvWarningMsgId(QUARNA::imagesci::netcdf::closingFileHandle());
+  } catch (...) {
+    // Unload goes on whatever the host's warning machinery does: the files must close.
+  }
+  for (const int ncid : openFiles) {
+    // Nothing to report to at unload, and one failure must not keep the others open.
+    static_cast<void>(nc_close(ncid));
+  }
+}
+
+}  // namespace OpenFileRegistry

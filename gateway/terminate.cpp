@@ -1,0 +1,4 @@
+#include "gateway/netcdflib.hpp"
+#include "gateway/registry.hpp"
+
+void QNTerminate() { OpenFileRegistry::closeAll(); }

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <boost/numeric/conversion/converter_policies.hpp>
+#include <stdexcept>
+#include <string>
+
+#include "convert/scalars.hpp"
+#include "gateway/dispatch.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/operation.hpp"
+#include "test_support.hpp"
+
+namespace {
+
+using test::args;
+
+constexpr const char* kUnrecognized = "QUARNA:imagesci:netcdf:unrecognizedOperation";
+constexpr const char* kWrongCount = "QUARNA:imagesci:validate:wrongNumberOfInputs";
+
+// What the last handler call received.
+struct Received {
+  int nlhs = -1;
+  int nInputs = -1;
+  const qvArray* const* inputs = nullptr;
+  const OperationRow* row = nullptr;
+};
+Received received;
+
+void recordingHandler(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  received = {nlhs, nInputs, inputs, &row};
+  plhs[0] = test::scalar<double>(row.opId);
+}
+void overflowingHandler(int, qvArrayPtr*, int, const qvArray* const*, const OperationRow&) {
+  throw boost::numeric::negative_overflow();
+}
+void scalarHandler(int, qvArrayPtr* plhs, int, const qvArray* const* inputs, const OperationRow&) {
+  plhs[0] = test::scalar<double>(getScalar<int>(inputs[0], "ncid"));
+}
+void failingHandler(int, qvArrayPtr*, int, const qvArray* const*, const OperationRow&) {
+  qvErrMsgId(QUARNA::imagesci::netcdf::badScalarArgument("ncid", "numeric"));
+}
+void throwingHandler(int, qvArrayPtr*, int, const qvArray* const*, const OperationRow&) {
+  throw std::runtime_error("host failure");
+}
+
+constexpr OperationRow kTestTable[] = {
+    {10, "alpha", 1, recordingHandler},      {11, "none", 0, recordingHandler},
+    {12, "alpha", 2, recordingHandler},  // never reached: the first "alpha" wins
+    {13, "overflow", 0, overflowingHandler}, {14, "scalar", 1, scalarHandler},
+    {15, "failing", 0, failingHandler},      {16, "throwing", 0, throwingHandler},
+};
+
+TEST(LookupOperation, FirstMatchDecides) {
+  EXPECT_EQ(lookupOperation(kTestTable, "alpha", 1).opId, 10);
+  EXPECT_EQ(lookupOperation(kTestTable, "none", 0).opId, 11);
+  EXPECT_MSGID(lookupOperation(kTestTable, "alpha", 2), kWrongCount, args());
+  EXPECT_MSGID(lookupOperation(kTestTable, "none", 1), kWrongCount, args());
+}
+
+TEST(LookupOperation, UnknownNamesCarryTheName) {
+  for (const char* name : {"Alpha", "alpha ", "alph", "", "getconstantnames"}) {
+    EXPECT_MSGID(lookupOperation(kTestTable, name, 1), kUnrecognized, args(name));
+  }
+  EXPECT_MSGID(lookupOperation(kTestTable, nullptr, 0), kUnrecognized, args(""));
+}
+
+TEST(Dispatch, HandlerGetsTheInputsAfterTheName) {
+  const qvArrayPtr name = test::charRow(std::string("alpha"));
+  const qvArrayPtr arg = test::scalar<double>(5);
+  const qvArray* prhs[] = {name.get(), arg.get()};
+  test::Outputs outputs;
+  dispatchOperation(kTestTable, 3, outputs.data(), 2, prhs);
+  EXPECT_EQ(received.nlhs, 3);
+  EXPECT_EQ(received.nInputs, 1);
+  EXPECT_EQ(received.inputs, prhs + 1);
+  EXPECT_EQ(received.row, &kTestTable[0]);
+  ASSERT_TRUE(outputs[0]);
+  EXPECT_EQ(*static_cast<const double*>(qvGetData(outputs[0].get())), 10.0);
+}
+
+TEST(Dispatch, MissingOrNonTextNameIsUnrecognized) {
+  test::Outputs outputs;
+  EXPECT_MSGID(dispatchOperation(kTestTable, 1, outputs.data(), 0, nullptr), kUnrecognized,
+               args(""));
+  const qvArrayPtr number = test::scalar<double>(1);
+  const qvArray* prhs[] = {number.get()};
+  EXPECT_MSGID(dispatchOperation(kTestTable, 1, outputs.data(), 1, prhs), kUnrecognized, args(""));
+}
+
+TEST(Dispatch, RangeFailuresBecomeArgumentOutOfBounds) {
+  constexpr const char* kOutOfBounds = "QUARNA:imagesci:validate:argumentOutOfBounds";
+  const qvArrayPtr overflow = test::charRow(std::string("overflow"));
+  const qvArray* direct[] = {overflow.get()};
+  test::Outputs outputs;
+  EXPECT_MSGID(dispatchOperation(kTestTable, 1, outputs.data(), 1, direct), kOutOfBounds, args());
+
+  const qvArrayPtr scalar = test::charRow(std::string("scalar"));
+  const qvArrayPtr huge = test::scalar<double>(1e30);
+  const qvArray* converted[] = {scalar.get(), huge.get()};
+  EXPECT_MSGID(dispatchOperation(kTestTable, 1, outputs.data(), 2, converted), kOutOfBounds,
+               args());
+  EXPECT_FALSE(outputs[0]);
+}
+
+TEST(Dispatch, OtherFailuresPassUnchanged) {
+  test::Outputs outputs;
+  const qvArrayPtr failing = test::charRow(std::string("failing"));
+  const qvArray* a[] = {failing.get()};
+  EXPECT_MSGID(dispatchOperation(kTestTable, 1, outputs.data(), 1, a),
+               "QUARNA:imagesci:netcdf:badScalarArgument", args("ncid", "numeric"));
+  const qvArrayPtr throwing = test::charRow(std::string("throwing"));
+  const qvArray* b[] = {throwing.get()};
+  EXPECT_THROW(dispatchOperation(kTestTable, 1, outputs.data(), 1, b), std::runtime_error);
+}
+
+TEST(Netcdflib, InputCountsAndNamesOfTheLibraryTable) {
+  const qvArrayPtr extra = test::scalar<double>(1);
+  EXPECT_MSGID(test::callGateway("getConstantNames", {extra.get()}), kWrongCount, args());
+  EXPECT_MSGID(test::callGateway("parameter"), kWrongCount, args());
+  EXPECT_MSGID(test::callGateway("Parameter", {extra.get()}), kUnrecognized, args("Parameter"));
+  EXPECT_MSGID(test::callGateway("noSuchOperation"), kUnrecognized, args("noSuchOperation"));
+  test::Outputs outputs;
+  EXPECT_MSGID(netcdflib(1, outputs.data(), 0, nullptr), kUnrecognized, args(""));
+}
+
+TEST(OperationTable, EveryRowIsReachableExceptTheSecondInqDimIDs) {
+  for (const OperationRow& row : operationTable()) {
+    SCOPED_TRACE(row.name);
+    if (std::string(row.name) == "inqDimIDs" && row.nInputs == 1) {
+      EXPECT_MSGID(lookupOperation(operationTable(), row.name, row.nInputs), kWrongCount, args());
+    } else {
+      EXPECT_EQ(&lookupOperation(operationTable(), row.name, row.nInputs), &row);
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,298 @@
+#include "convert/scalars.hpp"
+
+#include <gtest/gtest.h>
+
+#include <boost/numeric/conversion/converter_policies.hpp>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+
+#include "test_support.hpp"
+
+namespace {
+
+using test::args;
+
+constexpr const char* kBadScalar = "QUARNA:imagesci:netcdf:badScalarArgument";
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+enum class Outcome { Value, NegativeOverflow, PositiveOverflow };
+
+// Every target seen through one type wide enough to hold all their values exactly.
+template <class T>
+long double convertAs(const qvArray* a) {
+  return static_cast<long double>(getScalar<T>(a, "x"));
+}
+
+struct RangeCase {
+  const char* label;
+  long double (*convert)(const qvArray*);
+  std::function<qvArrayPtr()> source;
+  Outcome outcome;
+  long double expected = 0;
+};
+
+template <class T>
+std::function<qvArrayPtr()> src(T v) {
+  return [v] { return test::scalar<T>(v); };
+}
+auto d(double v) { return src<double>(v); }
+auto s(float v) { return src<float>(v); }
+
+void runRangeCases(const std::vector<RangeCase>& cases) {
+  for (const RangeCase& c : cases) {
+    SCOPED_TRACE(c.label);
+    const qvArrayPtr a = c.source();
+    switch (c.outcome) {
+      case Outcome::Value:
+        EXPECT_EQ(c.convert(a.get()), c.expected);
+        break;
+      case Outcome::NegativeOverflow:
+        EXPECT_THROW(c.convert(a.get()), boost::numeric::negative_overflow);
+        break;
+      case Outcome::PositiveOverflow:
+        EXPECT_THROW(c.convert(a.get()), boost::numeric::positive_overflow);
+        break;
+    }
+  }
+}
+
+constexpr auto V = Outcome::Value;
+constexpr auto NEG = Outcome::NegativeOverflow;
+constexpr auto POS = Outcome::PositiveOverflow;
+
+TEST(GetScalar, IntBoundsAndTruncation) {
+  const auto i = convertAs<int>;
+  runRangeCases({
+      {"3.9", i, d(3.9), V, 3},
+      {"-3.9", i, d(-3.9), V, -3},
+      {"2147483647.5", i, d(2147483647.5), V, 2147483647},
+      {"2^31", i, d(2147483648.0), POS},
+      {"-2147483648.5", i, d(-2147483648.5), V, -2147483648.0L},
+      {"-2147483649", i, d(-2147483649.0), NEG},
+      // The single bound is the nearest single to -2^31-1, which is -2^31 itself.
+      {"single -2^31", i, s(-2147483648.0f), NEG},
+      {"single 2^31", i, s(2147483648.0f), POS},
+      {"single below 2^31", i, s(2147483520.0f), V, 2147483520},
+      {"uint32 max", i, src<std::uint32_t>(4294967295u), POS},
+      {"uint32 2^31-1", i, src<std::uint32_t>(2147483647u), V, 2147483647},
+      {"int64 -5", i, src<std::int64_t>(-5), V, -5},
+      {"int64 -2^31-1", i, src<std::int64_t>(-2147483649LL), NEG},
+      {"int64 2^31", i, src<std::int64_t>(2147483648LL), POS},
+      {"uint64 2^31", i, src<std::uint64_t>(2147483648ULL), POS},
+      {"int8 -128", i, src<std::int8_t>(-128), V, -128},
+  });
+}
+
+TEST(GetScalar, UnsignedSizeBounds) {
+  const auto z = convertAs<std::size_t>;
+  const auto u = convertAs<unsigned long long>;
+  runRangeCases({
+      {"size_t -0.5", z, d(-0.5), V, 0},
+      {"size_t -1", z, d(-1.0), NEG},
+      {"size_t 2^64", z, d(18446744073709551616.0), POS},
+      {"size_t below 2^64", z, d(18446744073709549568.0), V, 18446744073709549568.0L},
+      {"size_t single -0.5", z, s(-0.5f), V, 0},
+      {"size_t single -1", z, s(-1.0f), NEG},
+      {"size_t single 2^64", z, s(18446744073709551616.0f), POS},
+      {"size_t int8 -1", z, src<std::int8_t>(-1), NEG},
+      {"size_t int64 -1", z, src<std::int64_t>(-1), NEG},
+      {"size_t uint64 max", z, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551615.0L},
+      {"ull -1", u, d(-1.0), NEG},
+      {"ull 2^64", u, d(18446744073709551616.0), POS},
+      {"ull int64 -1", u, src<std::int64_t>(-1), NEG},
+  });
+}
+
+TEST(GetScalar, Int64Bounds) {
+  const auto l = convertAs<long long>;
+  runRangeCases({
+      {"-2^63", l, d(-9223372036854775808.0), NEG},
+      {"2^63", l, d(9223372036854775808.0), POS},
+      {"above -2^63", l, d(-9223372036854774784.0), V, -9223372036854774784.0L},
+      {"single -2^63", l, s(-9223372036854775808.0f), NEG},
+      {"single 2^63", l, s(9223372036854775808.0f), POS},
+      {"uint64 2^63", l, src<std::uint64_t>(9223372036854775808ULL), POS},
+      {"uint64 2^63-1", l, src<std::uint64_t>(9223372036854775807ULL), V, 9223372036854775807.0L},
+      {"int64 min", l, src<std::int64_t>(INT64_MIN), V, -9223372036854775808.0L},
+  });
+}
+
+TEST(GetScalar, SmallIntegerBounds) {
+  const auto u32 = convertAs<unsigned int>;
+  const auto u16 = convertAs<unsigned short>;
+  const auto i16 = convertAs<short>;
+  const auto u8 = convertAs<unsigned char>;
+  const auto i8 = convertAs<signed char>;
+  runRangeCases({
+      {"u32 -1", u32, d(-1.0), NEG},
+      {"u32 -0.9", u32, d(-0.9), V, 0},
+      {"u32 2^32", u32, d(4294967296.0), POS},
+      {"u32 2^32-0.1", u32, d(4294967295.9), V, 4294967295.0L},
+      {"u32 single 2^32", u32, s(4294967296.0f), POS},
+      {"u32 single -1", u32, s(-1.0f), NEG},
+      {"u32 int32 -1", u32, src<std::int32_t>(-1), NEG},
+      {"u32 uint64 2^32", u32, src<std::uint64_t>(4294967296ULL), POS},
+      {"u16 65536", u16, d(65536.0), POS},
+      {"u16 65535.9", u16, d(65535.9), V, 65535},
+      {"u16 -1", u16, d(-1.0), NEG},
+      {"u16 single -1", u16, s(-1.0f), NEG},
+      {"u16 single 65536", u16, s(65536.0f), POS},
+      {"u16 int32 70000", u16, src<std::int32_t>(70000), POS},
+      {"u16 int16 -1", u16, src<std::int16_t>(-1), NEG},
+      {"i16 -32769", i16, d(-32769.0), NEG},
+      {"i16 -32768.9", i16, d(-32768.9), V, -32768},
+      {"i16 32768", i16, d(32768.0), POS},
+      {"i16 32767.9", i16, d(32767.9), V, 32767},
+      {"i16 single -32769", i16, s(-32769.0f), NEG},
+      {"i16 single -32768.5", i16, s(-32768.5f), V, -32768},
+      {"i16 single 32768", i16, s(32768.0f), POS},
+      {"i16 int32 32768", i16, src<std::int32_t>(32768), POS},
+      {"i16 uint16 32768", i16, src<std::uint16_t>(32768), POS},
+      {"u8 256", u8, d(256.0), POS},
+      {"u8 255.9", u8, d(255.9), V, 255},
+      {"u8 -1", u8, d(-1.0), NEG},
+      {"u8 single 256", u8, s(256.0f), POS},
+      {"u8 single -1", u8, s(-1.0f), NEG},
+      {"u8 int8 -1", u8, src<std::int8_t>(-1), NEG},
+      {"u8 uint16 256", u8, src<std::uint16_t>(256), POS},
+      {"i8 -129", i8, d(-129.0), NEG},
+      {"i8 -128.9", i8, d(-128.9), V, -128},
+      {"i8 128", i8, d(128.0), POS},
+      {"i8 127.9", i8, d(127.9), V, 127},
+      {"i8 single 128", i8, s(128.0f), POS},
+      {"i8 single -129", i8, s(-129.0f), NEG},
+      {"i8 uint8 128", i8, src<std::uint8_t>(128), POS},
+      {"i8 int16 -129", i8, src<std::int16_t>(-129), NEG},
+  });
+}
+
+TEST(GetScalar, FloatingTargets) {
+  const auto dbl = convertAs<double>;
+  const auto flt = convertAs<float>;
+  constexpr double kFltMax = 3.4028234663852886e38;
+  runRangeCases({
+      {"double 1e308", dbl, d(1e308), V, static_cast<long double>(1e308)},
+      {"double from single", dbl, s(1.5f), V, 1.5L},
+      // Rounded to nearest: 2^64-1 has no double.
+      {"double from uint64 max", dbl, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551616.0L},
+      {"double from int64", dbl, src<std::int64_t>(-5), V, -5},
+      {"float FLT_MAX", flt, d(kFltMax), V, kFltMax},
+      {"float above FLT_MAX", flt, d(std::nextafter(kFltMax, kInf)), POS},
+      {"float below -FLT_MAX", flt, d(-std::nextafter(kFltMax, kInf)), NEG},
+      {"float from single max", flt, s(std::numeric_limits<float>::max()), V, kFltMax},
+      {"float from uint64 max", flt, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551616.0L},
+  });
+}
+
+TEST(GetScalar, EveryNumericClassIsAccepted) {
+  const std::vector<std::function<qvArrayPtr()>> sources = {
+      src<double>(7),       src<float>(7),         src<std::int8_t>(7),  src<std::uint8_t>(7),
+      src<std::int16_t>(7), src<std::uint16_t>(7), src<std::int32_t>(7), src<std::uint32_t>(7),
+      src<std::int64_t>(7), src<std::uint64_t>(7)};
+  for (const auto& make : sources) {
+    const qvArrayPtr a = make();
+    SCOPED_TRACE(qvGetClassID(a.get()));
+    EXPECT_EQ(getScalar<int>(a.get(), "ncid"), 7);
+    EXPECT_EQ(getScalar<double>(a.get(), "x"), 7.0);
+    EXPECT_EQ(getScalar<signed char>(a.get(), "x"), 7);
+  }
+}
+
+TEST(GetScalar, NonFiniteRefusedExceptForFillValue) {
+  for (const double v : {kNaN, kInf, -kInf}) {
+    SCOPED_TRACE(v);
+    const qvArrayPtr dv = test::scalar<double>(v);
+    const qvArrayPtr sv = test::scalar<float>(static_cast<float>(v));
+    EXPECT_MSGID(getScalar<int>(dv.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
+    EXPECT_MSGID(getScalar<double>(dv.get(), "value"), kBadScalar, args("value", "numeric"));
+    EXPECT_MSGID(getScalar<std::size_t>(sv.get(), "len"), kBadScalar, args("len", "numeric"));
+    // The exception is exact and case-sensitive.
+    EXPECT_MSGID(getScalar<double>(dv.get(), "fillvalue"), kBadScalar,
+                 args("fillvalue", "numeric"));
+  }
+}
+
+TEST(GetScalar, NonFiniteFillValue) {
+  const qvArrayPtr nan = test::scalar<double>(kNaN);
+  const qvArrayPtr inf = test::scalar<double>(kInf);
+  const qvArrayPtr negInf = test::scalar<double>(-kInf);
+  const qvArrayPtr singleInf = test::scalar<float>(std::numeric_limits<float>::infinity());
+  EXPECT_TRUE(std::isnan(getScalar<double>(nan.get(), "FILLVALUE")));
+  EXPECT_TRUE(std::isnan(getScalar<float>(nan.get(), "FILLVALUE")));
+  EXPECT_EQ(getScalar<double>(inf.get(), "FILLVALUE"), kInf);
+  EXPECT_EQ(getScalar<float>(singleInf.get(), "FILLVALUE"), std::numeric_limits<float>::infinity());
+  // A double Inf does not fit a single: the float range check is strict.
+  EXPECT_THROW(getScalar<float>(inf.get(), "FILLVALUE"), boost::numeric::positive_overflow);
+  EXPECT_THROW(getScalar<int>(inf.get(), "FILLVALUE"), boost::numeric::positive_overflow);
+  EXPECT_THROW(getScalar<short>(negInf.get(), "FILLVALUE"), boost::numeric::negative_overflow);
+  // NaN passes the integer range check; it has no integer value and gives 0.
+  EXPECT_EQ(getScalar<int>(nan.get(), "FILLVALUE"), 0);
+}
+
+TEST(GetScalar, NotOneElement) {
+  const qvArrayPtr empty = test::zeros(qvDOUBLE_CLASS, {1, 0});
+  const qvArrayPtr emptyCols = test::zeros(qvDOUBLE_CLASS, {0, 3});
+  const qvArrayPtr pair = test::array<double>({1, 2});
+  constexpr const char* kFillBad = "QUARNA:imagesci:netcdf:fillValueBadArgument";
+  EXPECT_MSGID(getScalar<int>(empty.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
+  EXPECT_MSGID(getScalar<int>(emptyCols.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
+  EXPECT_MSGID(getScalar<int>(pair.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
+  EXPECT_MSGID(getScalar<double>(empty.get(), "FILLVALUE"), kFillBad, args());
+  EXPECT_MSGID(getScalar<float>(pair.get(), "FILLVALUE"), kFillBad, args());
+  EXPECT_MSGID(getScalar<int>(empty.get(), "FILLVALUE"), kBadScalar, args("FILLVALUE", "numeric"));
+  EXPECT_MSGID(getScalar<double>(pair.get(), "value"), kBadScalar, args("value", "numeric"));
+}
+
+TEST(GetScalar, NonNumericAndComplexRefused) {
+  std::vector<std::pair<const char*, qvArrayPtr>> refused;
+  refused.emplace_back("char '5'", test::charRow(std::string("5")));
+  refused.emplace_back("logical", test::logicalScalar(true));
+  refused.emplace_back("cell", test::emptyCell());
+  refused.emplace_back("string", test::stringScalar(u"5"));
+  refused.emplace_back("struct", test::structScalar());
+  refused.emplace_back("complex", test::complexScalar(5, 1));
+  refused.emplace_back("complex, zero imaginary part", test::complexScalar(5, 0));
+  for (const auto& [label, a] : refused) {
+    SCOPED_TRACE(label);
+    EXPECT_MSGID(getScalar<int>(a.get(), "varid"), kBadScalar, args("varid", "numeric"));
+    EXPECT_MSGID(getScalar<double>(a.get(), "FILLVALUE"), kBadScalar, args("FILLVALUE", "numeric"));
+  }
+}
+
+TEST(GetLogicalFlag, OnlyLogicalScalars) {
+  const qvArrayPtr yes = test::logicalScalar(true);
+  const qvArrayPtr no = test::logicalScalar(false);
+  EXPECT_TRUE(getLogicalFlag(yes.get(), "shuffle"));
+  EXPECT_FALSE(getLogicalFlag(no.get(), "shuffle"));
+
+  const qvArrayPtr one = test::scalar<double>(1);
+  const qvArrayPtr pair = test::zeros(qvLOGICAL_CLASS, {1, 2});
+  const qvArrayPtr empty = test::zeros(qvLOGICAL_CLASS, {0, 0});
+  constexpr const char* kExpectedLogical = "QUARNA:imagesci:netcdf:expectedLogicalType";
+  for (const qvArray* a : {one.get(), pair.get(), empty.get()}) {
+    EXPECT_MSGID(getLogicalFlag(a, "shuffle"), kExpectedLogical, args("shuffle"));
+  }
+}
+
+TEST(CheckFiniteForInteger, LooksAtTheFirstCountElements) {
+  const qvArrayPtr values = test::array<double>({1, 2, kNaN, 4, kInf});
+  constexpr const char* kNotFinite = "QUARNA:imagesci:netcdf:invalidNaNInfForIntegerType";
+  EXPECT_NO_THROW(checkFiniteForInteger(values.get(), 2, "chunkSize"));
+  EXPECT_NO_THROW(checkFiniteForInteger(values.get(), 0, "chunkSize"));
+  EXPECT_NO_THROW(checkFiniteForInteger(values.get(), -1, "chunkSize"));
+  EXPECT_MSGID(checkFiniteForInteger(values.get(), 3, "chunkSize"), kNotFinite, args("chunkSize"));
+
+  const qvArrayPtr inf = test::array<double>({0, -kInf});
+  EXPECT_MSGID(checkFiniteForInteger(inf.get(), 2, "dimids"), kNotFinite, args("dimids"));
+}
+
+TEST(NumberOfElements, ProductOfDimensions) {
+  EXPECT_EQ(numberOfElements(test::zeros(qvDOUBLE_CLASS, {2, 3, 4}).get()), 24u);
+  EXPECT_EQ(numberOfElements(test::zeros(qvINT8_CLASS, {0, 3}).get()), 0u);
+  EXPECT_EQ(numberOfElements(test::zeros(qvCHAR_CLASS, {1, 1}).get()), 1u);
+}
+
+}  // namespace
