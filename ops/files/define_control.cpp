@@ -1,0 +1,51 @@
+// Operations that take an ncid and change the file's state: closing, aborting, define
+// mode and syncing.
+#include <netcdf.h>
+
+#include "convert/scalars.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/registry.hpp"
+#include "gateway/status.hpp"
+#include "ops/files/files.hpp"
+
+namespace {
+enum OpId { kAbort = 0, kClose = 1, kPEndDef = 14, kEndDef = 15, kRedef = 126, kSync = 133 };
+}
+
+void handleDefineControl(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                         const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  switch (row.opId) {
+    case kClose: {
+      const int status = nc_close(ncid);
+      // Forgotten even when closing fails: the id cannot be trusted any more.
+      OpenFileRegistry::remove(ncid);
+      checkStatus(status, row);
+      return;
+    }
+    case kAbort:
+      // Kept registered when aborting fails, so that unload still closes it.
+      checkStatus(nc_abort(ncid), row);
+      OpenFileRegistry::remove(ncid);
+      return;
+    case kEndDef:
+      checkStatus(nc_enddef(ncid), row);
+      return;
+    case kPEndDef: {
+      const auto hMinfree = getScalar<std::size_t>(inputs[1], "h_minfree");
+      const auto vAlign = getScalar<std::size_t>(inputs[2], "v_align");
+      const auto vMinfree = getScalar<std::size_t>(inputs[3], "v_minfree");
+      const auto rAlign = getScalar<std::size_t>(inputs[4], "r_align");
+      checkStatus(nc__enddef(ncid, hMinfree, vAlign, vMinfree, rAlign), row);
+      return;
+    }
+    case kRedef:
+      checkStatus(nc_redef(ncid), row);
+      return;
+    case kSync:
+      checkStatus(nc_sync(ncid), row);
+      return;
+    default:
+      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  }
+}

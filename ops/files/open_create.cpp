@@ -1,0 +1,70 @@
+// "create", "pCreate", "open", "pOpen": the operations that give the caller an ncid.
+// File names go to netCDF-C as given, paths and remote URLs alike.
+#include <netcdf.h>
+
+#include "convert/outputs.hpp"
+#include "convert/scalars.hpp"
+#include "convert/text.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/registry.hpp"
+#include "gateway/status.hpp"
+#include "ops/files/file_mode.hpp"
+#include "ops/files/files.hpp"
+
+namespace {
+enum OpId { kPCreate = 3, kCreate = 4, kPOpen = 84, kOpen = 85 };
+
+// Create failures carry no netCDF detail; only an existing file under "noclobber" has
+// its own error, and only for "create".
+void checkCreateStatus(int status, bool overwriteHasOwnError, const OperationRow& row) {
+  if (status < 0) {
+    if (overwriteHasOwnError && status == NC_EEXIST) {
+      qvErrMsgId(QUARNA::imagesci::netcdf::fileOverwriteErr());
+    }
+    qvErrMsgId(QUARNA::imagesci::netcdf::fileCreateErr());
+  }
+  checkStatus(status, row);
+}
+}  // namespace
+
+void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  const std::string path = getFileName(inputs[0], "file");
+  const int mode = getFileMode(inputs[1]);
+  int ncid = -1;
+  switch (row.opId) {
+    case kCreate: {
+      checkCreateStatus(nc_create(path.c_str(), mode, &ncid), true, row);
+      OpenFileRegistry::add(ncid);
+      plhs[0] = makeDoubleScalar(ncid);
+      return;
+    }
+    case kPCreate: {
+      const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
+      auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
+      checkCreateStatus(nc__create(path.c_str(), mode, initialSize, &chunkSize, &ncid), false, row);
+      // Deliberately not registered: unload leaves such files alone.
+      plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
+      plhs[1] = makeDoubleScalar(ncid);
+      return;
+    }
+    case kOpen: {
+      checkStatus(nc_open(path.c_str(), mode, &ncid), row);
+      OpenFileRegistry::add(ncid);
+      plhs[0] = makeDoubleScalar(ncid);
+      return;
+    }
+    case kPOpen: {
+      auto chunkSize = getScalar<std::size_t>(inputs[2], "chunksizehint");
+      const int status = nc__open(path.c_str(), mode, &chunkSize, &ncid);
+      // A positive status (a system error number) passes without an error here.
+      if (status < 0) checkStatus(status, row);
+      OpenFileRegistry::add(ncid);
+      plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
+      plhs[1] = makeDoubleScalar(ncid);
+      return;
+    }
+    default:
+      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  }
+}
