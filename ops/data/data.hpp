@@ -1,0 +1,31 @@
+// Handlers of variable data (whole and subset reads and writes for every type) and of
+// attributes (values and management).
+#pragma once
+
+#include "gateway/operation.hpp"
+
+#define NETCDFLIB_HANDLER(name)                                                    \
+  void name(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs, \
+            const OperationRow& row)
+
+// "getVarDouble" ... "getVarVlen".
+NETCDFLIB_HANDLER(handleReadWhole);
+// "getVar1Double" ... "getVarsVlen".
+NETCDFLIB_HANDLER(handleReadSubset);
+// "putVarDouble" ... "putVarVlen".
+NETCDFLIB_HANDLER(handleWriteWhole);
+// "putVar1Double" ... "putVarsVlen".
+NETCDFLIB_HANDLER(handleWriteSubset);
+
+// "getAttDouble" ... "getAttVlen".
+NETCDFLIB_HANDLER(handleGetAttribute);
+// "putAttDouble" ... "putAttVlen".
+NETCDFLIB_HANDLER(handlePutAttribute);
+NETCDFLIB_HANDLER(handleInqAtt);
+NETCDFLIB_HANDLER(handleInqAttID);
+NETCDFLIB_HANDLER(handleInqAttName);
+NETCDFLIB_HANDLER(handleCopyAtt);
+NETCDFLIB_HANDLER(handleDelAtt);
+NETCDFLIB_HANDLER(handleRenameAtt);
+
+#undef NETCDFLIB_HANDLER

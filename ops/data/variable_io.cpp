@@ -1,0 +1,106 @@
+#include "ops/data/variable_io.hpp"
+
+#include <memory>
+
+#include "convert/data_block.hpp"
+#include "convert/nc_buffers.hpp"
+#include "convert/text.hpp"
+#include "convert/vlen.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/status.hpp"
+#include "qvhost/array.hpp"
+
+namespace {
+
+template <class Traits, class Buffer>
+int readInto(int ncid, int varid, const Selection& where, Buffer* buffer) {
+  if (where.whole) return Traits::getVar(ncid, varid, buffer);
+  return Traits::getVars(ncid, varid, where.start.data(), where.count.data(), where.stride.data(),
+                         buffer);
+}
+
+template <class Traits, class Buffer>
+int writeFrom(int ncid, int varid, const Selection& where, Buffer buffer) {
+  if (where.whole) return Traits::putVar(ncid, varid, buffer);
+  return Traits::putVars(ncid, varid, where.start.data(), where.count.data(), where.stride.data(),
+                         buffer);
+}
+
+struct HostFree {
+  void operator()(void* p) const noexcept { qvFree(p); }
+};
+
+}  // namespace
+
+void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const Selection& where,
+                      const DimList& dims, qvArrayPtr* plhs, const OperationRow& row) {
+  const std::size_t total = elementCount(dims);
+  switch (kind) {
+    case DataKind::Text: {
+      const std::unique_ptr<char, HostFree> bytes(static_cast<char*>(qvCalloc(total + 1, 1)));
+      checkStatus(readInto<TypeTraits<DataKind::Text>>(ncid, varid, where, bytes.get()), row);
+      plhs[0] = makeCharOutput(dims, bytes.get(), total);
+      return;
+    }
+    case DataKind::String: {
+      NetcdfStringBuffer strings(total);
+      checkStatus(readInto<TypeTraits<DataKind::String>>(ncid, varid, where, strings.data()), row);
+      strings.markFilled();
+      plhs[0] = makeStringOutput(dims, strings.data(), total);
+      checkStatus(strings.free(), row);
+      return;
+    }
+    case DataKind::Vlen: {
+      const nc_type base = vlenBaseType(ncid, xtype);
+      NetcdfVlenBuffer records(total, ncid, xtype);
+      checkStatus(readInto<TypeTraits<DataKind::Vlen>>(ncid, varid, where, records.data()), row);
+      records.markFilled();
+      plhs[0] = vlenToCells(ncid, base, records.data(), total, dims);
+      checkStatus(records.free(), row);
+      return;
+    }
+    default:
+      visitNumericKind(kind, [&](auto traits) {
+        using Traits = decltype(traits);
+        qvArrayPtr out = makeNumericOutput(Traits::hostClass, dims);
+        auto* buffer = static_cast<typename Traits::Element*>(qvGetData(out.get()));
+        // Placed first: netCDF-C writes straight into the result.
+        plhs[0] = std::move(out);
+        checkStatus(readInto<Traits>(ncid, varid, where, buffer), row);
+      });
+  }
+}
+
+void writeVariableData(DataKind kind, int ncid, int varid, const Selection& where,
+                       const qvArray* data, const OperationRow& row) {
+  switch (kind) {
+    case DataKind::Text: {
+      requireDataClass(data, qvCHAR_CLASS);
+      const std::vector<char> bytes = narrowCharData(data);
+      checkStatus(writeFrom<TypeTraits<DataKind::Text>>(ncid, varid, where, bytes.data()), row);
+      return;
+    }
+    case DataKind::String: {
+      requireDataClass(data, qvSTRING_CLASS);
+      Utf8StringList strings(data);
+      checkStatus(writeFrom<TypeTraits<DataKind::String>>(ncid, varid, where, strings.pointers()),
+                  row);
+      return;
+    }
+    case DataKind::Vlen: {
+      requireDataClass(data, qvCELL_CLASS);
+      nc_type xtype = NC_NAT;
+      nc_inq_vartype(ncid, varid, &xtype);
+      VlenRecords records(ncid, vlenBaseType(ncid, xtype), data);
+      checkStatus(writeFrom<TypeTraits<DataKind::Vlen>>(ncid, varid, where, records.data()), row);
+      return;
+    }
+    default:
+      visitNumericKind(kind, [&](auto traits) {
+        using Traits = decltype(traits);
+        requireDataClass(data, Traits::hostClass);
+        const auto* buffer = static_cast<const typename Traits::Element*>(qvGetData(data));
+        checkStatus(writeFrom<Traits>(ncid, varid, where, buffer), row);
+      });
+  }
+}

@@ -1,0 +1,30 @@
+// Moving a variable's data between netCDF-C and host arrays, once for every kind of data
+// and shared by whole and subset operations. Numeric blocks go straight between netCDF-C
+// and the host array's data: host order is the reversed netCDF order, so nothing is
+// copied or transposed.
+#pragma once
+
+#include <netcdf.h>
+
+#include <cstddef>
+#include <vector>
+
+#include "convert/read_outputs.hpp"
+#include "convert/types.hpp"
+#include "gateway/operation.hpp"
+
+// Where in the variable: all of it, or a strided block (netCDF order).
+struct Selection {
+  std::vector<std::size_t> start, count;
+  std::vector<std::ptrdiff_t> stride;
+  bool whole = true;
+};
+
+// Creates the result of dims in plhs[0] and reads into it. xtype is the variable's type
+// (used by Vlen only).
+void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const Selection& where,
+                      const DimList& dims, qvArrayPtr* plhs, const OperationRow& row);
+
+// Writes data, whose element count the caller has matched to the selection.
+void writeVariableData(DataKind kind, int ncid, int varid, const Selection& where,
+                       const qvArray* data, const OperationRow& row);

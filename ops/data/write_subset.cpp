@@ -1,0 +1,37 @@
+// "putVar1Double" ... "putVarsVlen": one element, a block or a strided block; the way to
+// grow a variable along an unlimited dimension.
+#include <netcdf.h>
+
+#include <functional>
+#include <numeric>
+
+#include "convert/scalars.hpp"
+#include "gateway/errors.hpp"
+#include "ops/data/data.hpp"
+#include "ops/data/subset.hpp"
+
+namespace {
+constexpr int kFirstOpId = 113;
+}
+
+void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inputs,
+                       const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const Selection where = getSubset(inputs + 2, nInputs > 4, nInputs == 6);
+  const qvArray* data = inputs[nInputs - 1];
+  const std::size_t count = numberOfElements(data);
+  if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
+
+  checkSubsetLengths(ncid, varid, where, LengthReport::OwnLength, row);
+  const std::size_t selected =
+      std::accumulate(where.count.begin(), where.count.end(), std::size_t{1}, std::multiplies<>());
+  if (selected != count) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::countNotEqualToData(static_cast<long>(selected),
+                                                             static_cast<long>(count)));
+  }
+
+  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
+  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  writeVariableData(*kind, ncid, varid, where, data, row);
+}

@@ -1,0 +1,39 @@
+// "putVarDouble" ... "putVarVlen": the whole of a variable from one host array. Never
+// extends an unlimited dimension; the subset writes do.
+#include <netcdf.h>
+
+#include "convert/scalars.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/status.hpp"
+#include "ops/data/data.hpp"
+#include "ops/data/variable_io.hpp"
+
+namespace {
+constexpr int kFirstOpId = 100;
+}
+
+void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const qvArray* data = inputs[2];
+  const std::size_t count = numberOfElements(data);
+  if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
+
+  int ndims = 0;
+  int dimids[NC_MAX_VAR_DIMS] = {};
+  checkStatus(nc_inq_var(ncid, varid, nullptr, nullptr, &ndims, dimids, nullptr), row);
+  std::size_t product = 1;
+  for (int i = 0; i < ndims; ++i) {
+    std::size_t length = 0;
+    checkStatus(nc_inq_dimlen(ncid, dimids[i], &length), row);
+    product *= length;
+  }
+  if (product == 0) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
+  // Element counts only: shapes are not compared.
+  if (count != product) qvErrMsgId(QUARNA::imagesci::netcdf::dataSizeMismatch());
+
+  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
+  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  writeVariableData(*kind, ncid, varid, Selection{}, data, row);
+}
