@@ -1,0 +1,127 @@
+// "getAtt<Type>" and "putAtt<Type>": attribute values of every type, on a variable or
+// globally (varid -1). Unlike variable text, attribute text is UTF-8 both ways.
+#include <netcdf.h>
+
+#include <memory>
+#include <string>
+
+#include "convert/data_block.hpp"
+#include "convert/nc_buffers.hpp"
+#include "convert/read_outputs.hpp"
+#include "convert/scalars.hpp"
+#include "convert/text.hpp"
+#include "convert/types.hpp"
+#include "convert/vlen.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/status.hpp"
+#include "ops/data/data.hpp"
+#include "qvhost/text.hpp"
+
+namespace {
+constexpr int kFirstGetOpId = 16;
+constexpr int kFirstPutOpId = 86;
+
+struct HostFree {
+  void operator()(void* p) const noexcept { qvFree(p); }
+};
+
+// netCDF-C refuses a null block even for an empty attribute.
+template <class T>
+const T* blockOrDummy(const qvArray* data) {
+  static const T dummy{};
+  const void* block = qvGetData(data);
+  return block != nullptr ? static_cast<const T*>(block) : &dummy;
+}
+}  // namespace
+
+void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                        const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const std::string name = getName(inputs[2], "attribute");
+  nc_type xtype = NC_NAT;
+  std::size_t len = 0;
+  checkStatus(nc_inq_att(ncid, varid, name.c_str(), &xtype, &len), row);
+  const DimList dims = attributeShape(len);
+
+  const auto kind = kindOfOperation(row.opId, kFirstGetOpId, true);
+  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unhandledAttributeOperation(row.name));
+  switch (*kind) {
+    case DataKind::Text: {
+      // Zeroed and longer than the text, so that it always ends within the buffer (also
+      // when it is empty); decoding stops at the first zero byte.
+      const std::unique_ptr<char, HostFree> bytes(static_cast<char*>(qvCalloc(len + 1, 2)));
+      checkStatus(nc_get_att_text(ncid, varid, name.c_str(), bytes.get()), row);
+      plhs[0] = makeNameResult(bytes.get());
+      return;
+    }
+    case DataKind::String: {
+      NetcdfStringBuffer strings(len);
+      checkStatus(nc_get_att_string(ncid, varid, name.c_str(), strings.data()), row);
+      strings.markFilled();
+      plhs[0] = makeStringOutput(dims, strings.data(), len);
+      checkStatus(strings.free(), row);
+      return;
+    }
+    case DataKind::Vlen: {
+      const nc_type base = vlenBaseType(ncid, xtype);
+      NetcdfVlenBuffer records(len, ncid, xtype);
+      checkStatus(nc_get_att(ncid, varid, name.c_str(), records.data()), row);
+      records.markFilled();
+      plhs[0] = vlenToCells(ncid, base, records.data(), len, dims);
+      checkStatus(records.free(), row);
+      return;
+    }
+    default:
+      visitNumericKind(*kind, [&](auto traits) {
+        using Traits = decltype(traits);
+        qvArrayPtr out = makeNumericOutput(Traits::hostClass, dims);
+        auto* buffer = static_cast<typename Traits::Element*>(qvGetData(out.get()));
+        plhs[0] = std::move(out);
+        checkStatus(Traits::getAtt(ncid, varid, name.c_str(), buffer), row);
+      });
+  }
+}
+
+void handlePutAttribute(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                        const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const std::string name = getName(inputs[2], "attribute");
+  const int xtype = getScalar<int>(inputs[3], "xtype");
+  const qvArray* data = inputs[4];
+  const std::size_t n = numberOfElements(data);
+
+  const auto kind = kindOfOperation(row.opId, kFirstPutOpId, true);
+  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  switch (*kind) {
+    case DataKind::Text: {
+      requireDataClass(data, qvCHAR_CLASS);
+      // The stored length is in UTF-8 bytes, not characters; xtype is not needed.
+      const std::string bytes = getAttributeText(data);
+      checkStatus(nc_put_att_text(ncid, varid, name.c_str(), bytes.size(), bytes.data()), row);
+      return;
+    }
+    case DataKind::String: {
+      requireDataClass(data, qvSTRING_CLASS);
+      Utf8StringList strings(data);
+      checkStatus(nc_put_att_string(ncid, varid, name.c_str(), strings.size(), strings.pointers()),
+                  row);
+      return;
+    }
+    case DataKind::Vlen: {
+      requireDataClass(data, qvCELL_CLASS);
+      VlenRecords records(ncid, vlenBaseType(ncid, xtype), data);
+      checkStatus(nc_put_att(ncid, varid, name.c_str(), xtype, records.size(), records.data()),
+                  row);
+      return;
+    }
+    default:
+      visitNumericKind(*kind, [&](auto traits) {
+        using Traits = decltype(traits);
+        requireDataClass(data, Traits::hostClass);
+        const auto* buffer = blockOrDummy<typename Traits::Element>(data);
+        checkStatus(Traits::putAtt(ncid, varid, name.c_str(), xtype, n, buffer), row);
+      });
+  }
+}

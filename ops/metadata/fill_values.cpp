@@ -1,0 +1,121 @@
+// Fill values of variables of every type, variable-length and string types included.
+#include <netcdf.h>
+
+#include <cstring>
+#include <string>
+
+#include "convert/nc_buffers.hpp"
+#include "convert/outputs.hpp"
+#include "convert/scalars.hpp"
+#include "convert/text.hpp"
+#include "convert/types.hpp"
+#include "convert/vlen.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/status.hpp"
+#include "ops/metadata/metadata.hpp"
+#include "qvhost/strings.hpp"
+#include "qvhost/text.hpp"
+
+namespace {
+enum OpId { kDefVarFill = 10, kInqVarFill = 82 };
+
+constexpr const char* kFillValue = "FILLVALUE";
+
+[[noreturn]] void unhandledFill(nc_type xtype) {
+  qvErrMsgId(QUARNA::imagesci::netcdf::unhandledFillDatatype(xtype));
+}
+
+// The base of a variable-length user type; any other user type has no fill we can move.
+nc_type fillVlenBase(int ncid, nc_type xtype, const OperationRow& row) {
+  int typeClass = 0;
+  checkStatus(nc_inq_user_type(ncid, xtype, nullptr, nullptr, nullptr, nullptr, &typeClass), row);
+  if (typeClass != NC_VLEN) unhandledFill(xtype);
+  nc_type base = NC_NAT;
+  nc_inq_vlen(ncid, xtype, nullptr, nullptr, &base);
+  return base;
+}
+
+void defineFill(int ncid, int varid, const qvArray* value, const OperationRow& row) {
+  nc_type xtype = NC_NAT;
+  checkStatus(nc_inq_var(ncid, varid, nullptr, &xtype, nullptr, nullptr, nullptr), row);
+  if (const auto kind = numericKindOf(xtype)) {
+    visitNumericKind(*kind, [&](auto traits) {
+      using T = typename decltype(traits)::Element;
+      const T fill = getScalar<T>(value, kFillValue);
+      checkStatus(nc_def_var_fill(ncid, varid, 0, &fill), row);
+    });
+  } else if (xtype == NC_CHAR) {
+    const std::string text = getName(value, kFillValue);
+    if (text.size() > 1) {
+      qvErrMsgId(QUARNA::imagesci::netcdf::badScalarArgument(kFillValue, "7-bit ASCII char"));
+    }
+    const char fill = text.empty() ? '\0' : text[0];
+    checkStatus(nc_def_var_fill(ncid, varid, 0, &fill), row);
+  } else if (xtype == NC_STRING) {
+    const std::string text = getName(value, kFillValue);
+    const char* fill = text.c_str();
+    checkStatus(nc_def_var_fill(ncid, varid, 0, &fill), row);
+  } else {
+    const nc_type base = fillVlenBase(ncid, xtype, row);
+    // One element: the cell holds the fill value's contents.
+    VlenRecords records(ncid, base, value, kFillValue);
+    if (records.size() != 1) qvErrMsgId(QUARNA::imagesci::netcdf::fillValueBadArgument());
+    checkStatus(nc_def_var_fill(ncid, varid, 0, records.data()), row);
+  }
+}
+
+void inquireFill(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row) {
+  nc_type xtype = NC_NAT;
+  checkStatus(nc_inq_vartype(ncid, varid, &xtype), row);
+  int noFill = 0;
+  qvArrayPtr fill;
+  if (xtype == NC_STRING) {
+    fill = createStringArray(std::u16string());
+    char* text = nullptr;
+    checkStatus(nc_inq_var_fill(ncid, varid, &noFill, &text), row);
+    if (text != nullptr) {
+      if (noFill == 0) setStringElement(fill.get(), 0, utf8_to_ustring(text));
+      nc_free_string(1, &text);
+    }
+  } else if (const auto cls = hostClassOf(xtype)) {
+    // netCDF-C writes the value straight into the element; a char fill's one byte lands
+    // in the low byte of the zeroed 16-bit character.
+    fill = matrix::detail::do_create_numeric(std::vector<std::uint64_t>{1, 1}, *cls, qvREAL);
+    checkStatus(nc_inq_var_fill(ncid, varid, &noFill, qvGetData(fill.get())), row);
+  } else {
+    const nc_type base = fillVlenBase(ncid, xtype, row);
+    NetcdfVlenBuffer record(1, ncid, xtype);
+    checkStatus(nc_inq_var_fill(ncid, varid, &noFill, record.data()), row);
+    record.markFilled();
+    nc_vlen_t shown = record.data()[0];
+    if (noFill != 0) shown.len = 0;
+    fill = vlenToCells(ncid, base, &shown, 1, {1, 1});
+  }
+  plhs[0] = makeLogicalScalar(noFill != 0);
+  plhs[1] = std::move(fill);
+}
+}  // namespace
+
+void handleFillValues(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  // Only the define operation names its inputs in upper case.
+  const bool define = row.opId == kDefVarFill;
+  const int ncid = getScalar<int>(inputs[0], define ? "NCID" : "ncid");
+  const int varid = getScalar<int>(inputs[1], define ? "VARID" : "varid");
+  switch (row.opId) {
+    case kDefVarFill: {
+      const bool noFill = getLogicalFlag(inputs[2], "FILL FLAG");
+      if (noFill) {
+        checkStatus(nc_def_var_fill(ncid, varid, 1, nullptr), row);
+      } else {
+        defineFill(ncid, varid, inputs[3], row);
+      }
+      return;
+    }
+    case kInqVarFill:
+      inquireFill(ncid, varid, plhs, row);
+      return;
+    default:
+      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  }
+}
