@@ -41,25 +41,10 @@ std::optional<qvClassID> hostClassOf(nc_type type) noexcept {
 }
 
 std::size_t atomicElementSize(nc_type type) noexcept {
-  switch (type) {
-    case NC_BYTE:
-    case NC_UBYTE:
-    case NC_CHAR:
-      return 1;
-    case NC_SHORT:
-    case NC_USHORT:
-      return 2;
-    case NC_INT:
-    case NC_UINT:
-    case NC_FLOAT:
-      return 4;
-    case NC_DOUBLE:
-    case NC_INT64:
-    case NC_UINT64:
-      return 8;
-    default:
-      return 0;
-  }
+  const auto kind = numericKindOf(type);
+  if (!kind) return 0;
+  return visitNumericKind(*kind,
+                          [](auto traits) { return sizeof(typename decltype(traits)::Element); });
 }
 
 std::optional<DataKind> numericKindOf(nc_type type) noexcept {

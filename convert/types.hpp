@@ -135,7 +135,8 @@ std::optional<DataKind> kindOfOperation(int opId, int firstOpId, bool withUbyte)
 // NC_NAT.
 std::optional<qvClassID> hostClassOf(nc_type type) noexcept;
 
-// Size in bytes of one element of an atomic numeric netCDF type, 0 for others.
+// Size in bytes of one element of an atomic numeric netCDF type, 0 for others (NC_CHAR
+// and NC_STRING included).
 std::size_t atomicElementSize(nc_type type) noexcept;
 
 constexpr bool isAtomicType(nc_type t) noexcept { return t >= NC_BYTE && t <= NC_STRING; }

@@ -4,7 +4,5 @@
 
 #include "gateway/operation.hpp"
 
-void handleParameter(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                     const OperationRow& row);
-void handleGetConstantNames(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                            const OperationRow& row);
+NETCDFLIB_HANDLER(handleParameter);
+NETCDFLIB_HANDLER(handleGetConstantNames);

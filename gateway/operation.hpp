@@ -19,6 +19,11 @@ struct OperationRow {
   OperationHandler handler;
 };
 
+// Declares a handler: NETCDFLIB_HANDLER(handleSomething);
+#define NETCDFLIB_HANDLER(name)                                                    \
+  void name(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs, \
+            const OperationRow& row)
+
 // The library's table, in lookup order.
 std::span<const OperationRow> operationTable() noexcept;
 

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "convert/data_block.hpp"
-#include "convert/nc_buffers.hpp"
 #include "convert/read_outputs.hpp"
 #include "convert/scalars.hpp"
 #include "convert/text.hpp"
@@ -15,6 +14,7 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/data/data.hpp"
+#include "ops/data/typed_reads.hpp"
 #include "qvhost/text.hpp"
 
 namespace {
@@ -55,30 +55,22 @@ void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs
       plhs[0] = makeNameResult(bytes.get());
       return;
     }
-    case DataKind::String: {
-      NetcdfStringBuffer strings(len);
-      checkStatus(nc_get_att_string(ncid, varid, name.c_str(), strings.data()), row);
-      strings.markFilled();
-      plhs[0] = makeStringOutput(dims, strings.data(), len);
-      checkStatus(strings.free(), row);
+    case DataKind::String:
+      plhs[0] = readStrings(
+          dims, len,
+          [&](char** buffer) { return nc_get_att_string(ncid, varid, name.c_str(), buffer); }, row);
       return;
-    }
-    case DataKind::Vlen: {
-      const nc_type base = vlenBaseType(ncid, xtype);
-      NetcdfVlenBuffer records(len, ncid, xtype);
-      checkStatus(nc_get_att(ncid, varid, name.c_str(), records.data()), row);
-      records.markFilled();
-      plhs[0] = vlenToCells(ncid, base, records.data(), len, dims);
-      checkStatus(records.free(), row);
+    case DataKind::Vlen:
+      plhs[0] = readVlens(
+          ncid, xtype, dims, len,
+          [&](nc_vlen_t* buffer) { return nc_get_att(ncid, varid, name.c_str(), buffer); }, row);
       return;
-    }
     default:
       visitNumericKind(*kind, [&](auto traits) {
         using Traits = decltype(traits);
-        qvArrayPtr out = makeNumericOutput(Traits::hostClass, dims);
-        auto* buffer = static_cast<typename Traits::Element*>(qvGetData(out.get()));
-        plhs[0] = std::move(out);
-        checkStatus(Traits::getAtt(ncid, varid, name.c_str(), buffer), row);
+        readNumeric<typename Traits::Element>(
+            Traits::hostClass, dims, plhs[0],
+            [&](auto* buffer) { return Traits::getAtt(ncid, varid, name.c_str(), buffer); }, row);
       });
   }
 }

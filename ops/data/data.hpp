@@ -4,10 +4,6 @@
 
 #include "gateway/operation.hpp"
 
-#define NETCDFLIB_HANDLER(name)                                                    \
-  void name(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs, \
-            const OperationRow& row)
-
 // "getVarDouble" ... "getVarVlen".
 NETCDFLIB_HANDLER(handleReadWhole);
 // "getVar1Double" ... "getVarsVlen".
@@ -27,5 +23,3 @@ NETCDFLIB_HANDLER(handleInqAttName);
 NETCDFLIB_HANDLER(handleCopyAtt);
 NETCDFLIB_HANDLER(handleDelAtt);
 NETCDFLIB_HANDLER(handleRenameAtt);
-
-#undef NETCDFLIB_HANDLER

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "convert/data_block.hpp"
-#include "convert/nc_buffers.hpp"
 #include "convert/text.hpp"
 #include "convert/vlen.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/data/typed_reads.hpp"
 #include "qvhost/array.hpp"
 
 namespace {
@@ -42,31 +42,28 @@ void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const S
       plhs[0] = makeCharOutput(dims, bytes.get(), total);
       return;
     }
-    case DataKind::String: {
-      NetcdfStringBuffer strings(total);
-      checkStatus(readInto<TypeTraits<DataKind::String>>(ncid, varid, where, strings.data()), row);
-      strings.markFilled();
-      plhs[0] = makeStringOutput(dims, strings.data(), total);
-      checkStatus(strings.free(), row);
+    case DataKind::String:
+      plhs[0] = readStrings(
+          dims, total,
+          [&](char** buffer) {
+            return readInto<TypeTraits<DataKind::String>>(ncid, varid, where, buffer);
+          },
+          row);
       return;
-    }
-    case DataKind::Vlen: {
-      const nc_type base = vlenBaseType(ncid, xtype);
-      NetcdfVlenBuffer records(total, ncid, xtype);
-      checkStatus(readInto<TypeTraits<DataKind::Vlen>>(ncid, varid, where, records.data()), row);
-      records.markFilled();
-      plhs[0] = vlenToCells(ncid, base, records.data(), total, dims);
-      checkStatus(records.free(), row);
+    case DataKind::Vlen:
+      plhs[0] = readVlens(
+          ncid, xtype, dims, total,
+          [&](nc_vlen_t* buffer) {
+            return readInto<TypeTraits<DataKind::Vlen>>(ncid, varid, where, buffer);
+          },
+          row);
       return;
-    }
     default:
       visitNumericKind(kind, [&](auto traits) {
         using Traits = decltype(traits);
-        qvArrayPtr out = makeNumericOutput(Traits::hostClass, dims);
-        auto* buffer = static_cast<typename Traits::Element*>(qvGetData(out.get()));
-        // Placed first: netCDF-C writes straight into the result.
-        plhs[0] = std::move(out);
-        checkStatus(readInto<Traits>(ncid, varid, where, buffer), row);
+        readNumeric<typename Traits::Element>(
+            Traits::hostClass, dims, plhs[0],
+            [&](auto* buffer) { return readInto<Traits>(ncid, varid, where, buffer); }, row);
       });
   }
 }

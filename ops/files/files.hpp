@@ -4,14 +4,10 @@
 #include "gateway/operation.hpp"
 
 // "create", "pCreate", "open", "pOpen".
-void handleOpenCreate(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                      const OperationRow& row);
+NETCDFLIB_HANDLER(handleOpenCreate);
 // "close", "abort", "endDef", "pEndDef", "redef", "sync".
-void handleDefineControl(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                         const OperationRow& row);
+NETCDFLIB_HANDLER(handleDefineControl);
 // "setFill", "setDefaultFormat", "inqFormat", "inqLibVers", "inq".
-void handleFileSettings(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                        const OperationRow& row);
+NETCDFLIB_HANDLER(handleFileSettings);
 // "getChunkCache", "setChunkCache".
-void handleChunkCache(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                      const OperationRow& row);
+NETCDFLIB_HANDLER(handleChunkCache);

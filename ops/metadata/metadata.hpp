@@ -3,10 +3,6 @@
 
 #include "gateway/operation.hpp"
 
-#define NETCDFLIB_HANDLER(name)                                                    \
-  void name(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs, \
-            const OperationRow& row)
-
 // "defDim", "inqDim", "inqDimID", "inqDimIDs", "inqUnlimDims", "renameDim".
 NETCDFLIB_HANDLER(handleDimensions);
 // "defGrp", "inqNcid", "inqGrps", "inqGrpName", "inqGrpNameFull", "inqGrpParent".
@@ -21,5 +17,3 @@ NETCDFLIB_HANDLER(handleUserTypes);
 NETCDFLIB_HANDLER(handleStorage);
 // "defVarFill", "inqVarFill".
 NETCDFLIB_HANDLER(handleFillValues);
-
-#undef NETCDFLIB_HANDLER

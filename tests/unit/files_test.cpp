@@ -15,11 +15,13 @@ namespace {
 using test::args;
 using test::callGateway;
 using test::charRow;
+using test::dimsOf;
+using test::number;
 using test::scalar;
+using test::valuesOf;
 
 constexpr const char* kLibraryFailure = "QUARNA:imagesci:netcdf:libraryFailure";
 
-double number(const qvArrayPtr& a) { return *static_cast<const double*>(qvGetData(a.get())); }
 int ncidOf(const qvArrayPtr& a) { return static_cast<int>(number(a)); }
 std::string text(const qvArrayPtr& a) {
   const std::u16string units = test::charText(a.get());

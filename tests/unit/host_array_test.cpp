@@ -8,13 +8,11 @@
 
 #include "host_probe.hpp"
 #include "qvhost/qvhost.hpp"
+#include "test_support.hpp"
 
 namespace {
 
-std::vector<std::uint64_t> dimsOf(const qvArray* a) {
-  const std::uint64_t* d = qvGetDimensions(a);
-  return {d, d + qvGetNumberOfDimensions(a)};
-}
+using test::dimsOf;
 
 struct ShapeCase {
   std::vector<std::uint64_t> given;

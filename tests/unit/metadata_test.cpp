@@ -12,18 +12,12 @@ namespace {
 using test::args;
 using test::callGateway;
 using test::charRow;
+using test::dimsOf;
+using test::number;
 using test::scalar;
+using test::valuesOf;
 
 constexpr const char* kLibraryFailure = "QUARNA:imagesci:netcdf:libraryFailure";
-
-double number(const qvArrayPtr& a) { return *static_cast<const double*>(qvGetData(a.get())); }
-std::vector<double> numbers(const qvArrayPtr& a) {
-  const auto* p = static_cast<const double*>(qvGetData(a.get()));
-  return {p, p + qvGetNumberOfElements(a.get())};
-}
-std::vector<std::uint64_t> dimsOf(const qvArrayPtr& a) {
-  return {qvGetDimensions(a.get()), qvGetDimensions(a.get()) + qvGetNumberOfDimensions(a.get())};
-}
 
 // A netCDF-4 file created through the gateway, closed with netCDF-C at the end.
 class Netcdf4File : public ::testing::Test {
@@ -55,8 +49,9 @@ TEST_F(Netcdf4File, DimensionsRoundTripAndUnlimitedOnesAreListed) {
   EXPECT_EQ(t, number(callGateway("inqDimID", {id_.get(), timeName.get()})[0]));
   const qvArrayPtr yes = test::logicalScalar(true);
   EXPECT_EQ((std::vector<double>{x, t}),
-            numbers(callGateway("inqDimIDs", {id_.get(), yes.get()})[0]));
-  EXPECT_EQ((std::vector<double>{t}), numbers(callGateway("inqUnlimDims", {id_.get()})[0]));
+            valuesOf<double>(callGateway("inqDimIDs", {id_.get(), yes.get()})[0]));
+  EXPECT_EQ((std::vector<double>{t}),
+            valuesOf<double>(callGateway("inqUnlimDims", {id_.get()})[0]));
   const qvArrayPtr newName = charRow(u"Temp\u00e9rature");
   callGateway("renameDim", {id_.get(), xid.get(), newName.get()});
   EXPECT_EQ(u"Temp\u00e9rature",
@@ -93,7 +88,8 @@ TEST_F(Netcdf4File, GroupsThreeLevelsDeep) {
   EXPECT_EQ(u"/a/b/c", test::charText(callGateway("inqGrpNameFull", {deepest.get()})[0].get()));
   EXPECT_EQ(u"c", test::charText(callGateway("inqGrpName", {deepest.get()})[0].get()));
   EXPECT_EQ(ids[1], number(callGateway("inqGrpParent", {deepest.get()})[0]));
-  EXPECT_EQ((std::vector<double>{ids[0]}), numbers(callGateway("inqGrps", {id_.get()})[0]));
+  EXPECT_EQ((std::vector<double>{ids[0]}),
+            valuesOf<double>(callGateway("inqGrps", {id_.get()})[0]));
   const qvArrayPtr a = charRow("a");
   EXPECT_EQ(ids[0], number(callGateway("inqNcid", {id_.get(), a.get()})[0]));
   EXPECT_EQ(u"/", test::charText(callGateway("inqGrpNameFull", {id_.get()})[0].get()));
@@ -116,7 +112,7 @@ TEST_F(Netcdf4File, VariablesKeepHostDimensionOrder) {
   const auto inq = callGateway("inqVar", {id_.get(), vid.get()});
   EXPECT_EQ(u"v", test::charText(inq[0].get()));
   EXPECT_EQ(NC_FLOAT, number(inq[1]));
-  EXPECT_EQ((std::vector<double>{d0, d1}), numbers(inq[2]));
+  EXPECT_EQ((std::vector<double>{d0, d1}), valuesOf<double>(inq[2]));
   EXPECT_EQ(0, number(inq[3]));
 
   const qvArrayPtr scalarName = charRow("s"), noDims = test::zeros(qvDOUBLE_CLASS, {0, 0});
@@ -126,7 +122,8 @@ TEST_F(Netcdf4File, VariablesKeepHostDimensionOrder) {
   EXPECT_EQ((std::vector<std::uint64_t>{0, 0}),
             dimsOf(callGateway("inqVar", {id_.get(), sid.get()})[2]));
   EXPECT_EQ(s, number(callGateway("inqVarID", {id_.get(), scalarName.get()})[0]));
-  EXPECT_EQ((std::vector<double>{varid, s}), numbers(callGateway("inqVarIDs", {id_.get()})[0]));
+  EXPECT_EQ((std::vector<double>{varid, s}),
+            valuesOf<double>(callGateway("inqVarIDs", {id_.get()})[0]));
   const qvArrayPtr renamed = charRow("w");
   callGateway("renameVar", {id_.get(), sid.get(), renamed.get()});
   EXPECT_EQ(s, number(callGateway("inqVarID", {id_.get(), renamed.get()})[0]));

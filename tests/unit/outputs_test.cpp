@@ -6,10 +6,7 @@
 
 namespace {
 
-std::vector<std::uint64_t> dimsOf(const qvArray* a) {
-  const std::uint64_t* d = qvGetDimensions(a);
-  return {d, d + qvGetNumberOfDimensions(a)};
-}
+using test::dimsOf;
 
 TEST(Outputs, Scalars) {
   const qvArrayPtr d = makeDoubleScalar(-2.5);

@@ -114,6 +114,31 @@ inline qvArrayPtr structScalar() {
 
 inline std::u16string charText(const qvArray* a) { return matrix::get_ustring(a); }
 
+// ---- reading results ----------------------------------------------------------------
+
+using Dims = std::vector<std::uint64_t>;
+
+inline Dims dimsOf(const qvArray* a) {
+  return {qvGetDimensions(a), qvGetDimensions(a) + qvGetNumberOfDimensions(a)};
+}
+inline Dims dimsOf(const qvArrayPtr& a) { return dimsOf(a.get()); }
+
+// The elements of a numeric array, in linear order.
+template <class T>
+std::vector<T> valuesOf(const qvArray* a) {
+  const auto* p = static_cast<const T*>(qvGetData(a));
+  return {p, p + qvGetNumberOfElements(a)};
+}
+template <class T>
+std::vector<T> valuesOf(const qvArrayPtr& a) {
+  return valuesOf<T>(a.get());
+}
+
+// The first element of a double array (scalar outputs).
+inline double number(const qvArrayPtr& a) {
+  return *static_cast<const double*>(qvGetData(a.get()));
+}
+
 // ---- gateway calls ----------------------------------------------------------------
 
 using Outputs = std::array<qvArrayPtr, kNetcdflibMaxOutputs>;

@@ -15,6 +15,8 @@
 
 namespace {
 
+using test::dimsOf;
+
 struct NcFile {
   int ncid = -1;
   explicit NcFile(const std::string& path) {
@@ -55,10 +57,6 @@ qvArrayPtr cellColumn(std::vector<qvArrayPtr> elements) {
   qvArrayPtr c = matrix::detail::do_create_cell(std::vector<std::uint64_t>{elements.size(), 1});
   for (std::size_t i = 0; i < elements.size(); ++i) qvSetCell(c.get(), i, std::move(elements[i]));
   return c;
-}
-
-std::vector<std::uint64_t> dimsOf(const qvArray* a) {
-  return {qvGetDimensions(a), qvGetDimensions(a) + qvGetNumberOfDimensions(a)};
 }
 
 // Deep equality of two host arrays: class, dimensions and contents.

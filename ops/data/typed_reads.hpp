@@ -1,0 +1,42 @@
+// Reads shared by variables and attributes. read(buffer) makes the netCDF-C call into the
+// buffer given; its status, and that of releasing what netCDF-C allocated, are checked.
+#pragma once
+
+#include <netcdf.h>
+
+#include "convert/nc_buffers.hpp"
+#include "convert/read_outputs.hpp"
+#include "convert/vlen.hpp"
+#include "gateway/status.hpp"
+
+// Numeric data lands straight in the result, which is placed in its slot first.
+template <class Element, class Read>
+void readNumeric(qvClassID cls, const DimList& dims, qvArrayPtr& slot, Read read,
+                 const OperationRow& row) {
+  qvArrayPtr out = makeNumericOutput(cls, dims);
+  auto* buffer = static_cast<Element*>(qvGetData(out.get()));
+  slot = std::move(out);
+  checkStatus(read(buffer), row);
+}
+
+template <class Read>
+qvArrayPtr readStrings(const DimList& dims, std::size_t n, Read read, const OperationRow& row) {
+  NetcdfStringBuffer strings(n);
+  checkStatus(read(strings.data()), row);
+  strings.markFilled();
+  qvArrayPtr out = makeStringOutput(dims, strings.data(), n);
+  checkStatus(strings.free(), row);
+  return out;
+}
+
+template <class Read>
+qvArrayPtr readVlens(int ncid, nc_type vlenType, const DimList& dims, std::size_t n, Read read,
+                     const OperationRow& row) {
+  const nc_type base = vlenBaseType(ncid, vlenType);
+  NetcdfVlenBuffer records(n, ncid, vlenType);
+  checkStatus(read(records.data()), row);
+  records.markFilled();
+  qvArrayPtr out = vlenToCells(ncid, base, records.data(), n, dims);
+  checkStatus(records.free(), row);
+  return out;
+}
