@@ -34,20 +34,34 @@ file = fullfile (work, 'demo.nc');
 
 ## A netCDF-4 file: a group, an unlimited dimension, variables of several types.
 ncid = netcdflib ('create', file, p ('NC_NETCDF4'));
-netcdflib ('putAttText', ncid, p ('NC_GLOBAL'), 'title', p ('NC_CHAR'), 'netcdflib demo');
+global_id = p ('NC_GLOBAL');
+netcdflib ('putAttText', ncid, global_id, 'title', p ('NC_CHAR'), 'netcdflib demo');
+netcdflib ('putAttString', ncid, global_id, 'keywords', p ('NC_STRING'), {'demo', 'Grüße'});
 time = netcdflib ('defDim', ncid, 'time', p ('NC_UNLIMITED'));
 station = netcdflib ('defDim', ncid, 'station', 3);
 names = netcdflib ('defVar', ncid, 'station_name', p ('NC_STRING'), station);
+## A variable-length type: each station has its own number of samples.
+ragged = netcdflib ('defVlen', ncid, 'ragged_int', p ('NC_INT'));
+samples = netcdflib ('defVar', ncid, 'samples', ragged, station);
 obs = netcdflib ('defGrp', ncid, 'observations');
 ## Dimensions in Octave's order, the reverse of netCDF's: temperature(time, station).
 temp = netcdflib ('defVar', obs, 'temperature', p ('NC_FLOAT'), [station time]);
 netcdflib ('putAttText', obs, temp, 'units', p ('NC_CHAR'), 'degC');
+netcdflib ('putAttDouble', obs, temp, 'valid_range', p ('NC_FLOAT'), [-50 50]);
+## Chunked along both dimensions (Octave's order again), shuffled and deflated.
+netcdflib ('defVarChunking', obs, temp, p ('NC_CHUNKED'), [3 2]);
+netcdflib ('defVarDeflate', obs, temp, true, true, 4);
 count = netcdflib ('defVar', obs, 'count', p ('NC_INT'), [station time]);
+netcdflib ('defVarFill', obs, count, false, int32 (-1));
 netcdflib ('endDef', ncid);
 
 netcdflib ('putVarString', ncid, names, {'Zürich'; 'Tromsø'; 'Kyōto'});
+netcdflib ('putVarVlen', ncid, samples, {int32([4 8 15]'); int32(16); int32([23 42]')});
 temperature = single ([11.5 12.25 9.0 8.5; -3.0 -4.5 -2.0 -1.25; 18.0 19.5 21.0 20.75]);
 netcdflib ('putVaraFloat', obs, temp, [0 0], size (temperature), temperature);
+## One more record: a subset write past the end grows the unlimited dimension.
+netcdflib ('putVaraFloat', obs, temp, [0 4], [3 1], single ([7.75; 0.5; 22.25]));
+temperature(:, 5) = [7.75; 0.5; 22.25];
 netcdflib ('putVaraInt', obs, count, [0 0], [3 4], int32 (reshape (1:12, 3, 4)));
 netcdflib ('close', ncid);
 
@@ -70,11 +84,27 @@ for grp = netcdflib ('inqGrps', ncid)
     dimnames = arrayfun (@(d) netcdflib ('inqDim', grp, d), fliplr (dimids), 'UniformOutput', false);
     printf ('    variable %s(%s), %s\n', name, strjoin (dimnames, ', '), type_name (xtype));
   end
-  t = netcdflib ('getVarFloat', grp, netcdflib ('inqVarID', grp, 'temperature'));
+  tid = netcdflib ('inqVarID', grp, 'temperature');
+  t = netcdflib ('getVarFloat', grp, tid);
   printf ('    temperature [%s] read back as %s %s, mean %.2f %s\n', ...
-          netcdflib ('getAttText', grp, 0, 'units'), class (t), mat2str (size (t)), ...
+          netcdflib ('getAttText', grp, tid, 'units'), class (t), mat2str (size (t)), ...
           mean (t(:)), ifelse (isequal (t, temperature), '(as written)', '(DIFFERS)'));
+  [xtype, len] = netcdflib ('inqAtt', grp, tid, 'valid_range');
+  printf ('    valid_range: %s of %d values, %s\n', type_name (xtype), len, ...
+          mat2str (netcdflib ('getAttDouble', grp, tid, 'valid_range')));
+  [storage, chunks] = netcdflib ('inqVarChunking', grp, tid);
+  [shuffle, deflate, level] = netcdflib ('inqVarDeflate', grp, tid);
+  printf ('    storage %s %s, shuffle %d, deflate %d at level %d\n', storage, ...
+          mat2str (chunks), shuffle, deflate, level);
+  every_other = netcdflib ('getVarsFloat', grp, tid, [0 0], [3 3], [1 2]);
+  printf ('    records 1, 3, 5 by stride: %s\n', mat2str (every_other));
+  [no_fill, fill] = netcdflib ('inqVarFill', grp, netcdflib ('inqVarID', grp, 'count'));
+  printf ('    count fill value %d (%s)\n', fill, class (fill));
 end
+printf ('  keywords: %s\n', strjoin (netcdflib ('getAttString', ncid, p ('NC_GLOBAL'), 'keywords'), ', '));
+ragged = netcdflib ('getVarVlen', ncid, netcdflib ('inqVarID', ncid, 'samples'));
+printf ('  samples per station: %s\n', strjoin (cellfun (@(c) mat2str (c'), ragged', ...
+        'UniformOutput', false), ' | '));
 
 ## Failures are Octave errors with the library's message identifiers.
 try
