@@ -1,0 +1,20 @@
+function expect_same (observed, expected, where)
+  % Fails unless OBSERVED has EXPECTED's class, size and values (NaN equal to NaN), also
+  % element by element in cells, which assert compares without their classes; WHERE
+  % names the case in the message.
+  if (nargin < 3)
+    where = 'value';
+  end
+  if (! strcmp (class (observed), class (expected)) || ! isequal (size (observed), size (expected)))
+    error ('%s: %s %s observed, %s %s expected', where, class (observed), ...
+           mat2str (size (observed)), class (expected), mat2str (size (expected)));
+  end
+  if (iscell (expected))
+    for i = 1:numel (expected)
+      expect_same (observed{i}, expected{i}, sprintf ('%s{%d}', where, i));
+    end
+  elseif (! isequaln (observed, expected))
+    error ('%s: observed %s, expected %s', where, strtrim (disp (observed)), ...
+           strtrim (disp (expected)));
+  end
+end
