@@ -101,8 +101,10 @@ void VlenRecords::fill(nc_vlen_t* out, nc_type base, const qvArray* cells) {
 }
 
 nc_vlen_t VlenRecords::recordOf(nc_type base, nc_type nestedBase, const qvArray* element) {
-  if (element == nullptr) return {0, nullptr};
-  const std::size_t n = qvGetNumberOfElements(element);
+  const std::size_t n = element == nullptr ? 0 : qvGetNumberOfElements(element);
+  // Nothing is read from an empty element, so its class does not matter: hosts without
+  // empty string arrays give an empty list of strings as an empty cell.
+  if (n == 0) return {0, nullptr};
   if (base == NC_CHAR) {
     std::vector<char>& bytes = charData_.emplace_back(narrowCharData(element));
     return {bytes.size(), bytes.data()};

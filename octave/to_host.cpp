@@ -35,6 +35,14 @@ qvArrayPtr lend(const octave_value& v, qvClassID cls) {
   return out;
 }
 
+// One unit per byte, in the form the library narrows back to the same byte.
+qvArrayPtr rawBytesToHost(const charNDArray& chars) {
+  auto out = matrix::detail::do_create_uninitnumeric(hostDims(chars.dims()), qvCHAR_CLASS, qvREAL);
+  std::ranges::transform(bytesOf(chars), static_cast<char16_t*>(qvGetData(out.get())),
+                         [](char b) { return byteToUnit(static_cast<unsigned char>(b)); });
+  return out;
+}
+
 qvArrayPtr charToHost(const octave_value& v) {
   const charNDArray chars = v.char_array_value();
   const std::string_view bytes = bytesOf(chars);
@@ -45,10 +53,7 @@ qvArrayPtr charToHost(const octave_value& v) {
     const std::u16string units = decodeUtf8(bytes);
     return matrix::create(units.data(), units.size());
   }
-  auto out = matrix::detail::do_create_uninitnumeric(hostDims(chars.dims()), qvCHAR_CLASS, qvREAL);
-  std::ranges::transform(bytes, static_cast<char16_t*>(qvGetData(out.get())),
-                         [](char b) { return byteToUnit(static_cast<unsigned char>(b)); });
-  return out;
+  return rawBytesToHost(chars);
 }
 
 template <class ComplexArray>
@@ -109,14 +114,19 @@ qvArrayPtr vlenToHost(const octave_value& v) {
   });
 }
 
-enum class DataForm { plain, strings, vlen };
+enum class DataForm { plain, bytes, strings, vlen };
 
-// Which form an operation's last argument, its data, takes.
+// Which form an operation's last argument, its data, takes. NC_CHAR data is bytes, not
+// text: each Octave char is one byte of the variable, as reads return them, so that
+// UTF-8 text round-trips and its length is its byte count.
 DataForm dataFormOf(std::string_view op) {
+  static constexpr std::array<std::string_view, 4> kTextWrites = {"putVarText", "putVar1Text",
+                                                                  "putVaraText", "putVarsText"};
   static constexpr std::array<std::string_view, 5> kStringWrites = {
       "putVarString", "putVar1String", "putVaraString", "putVarsString", "putAttString"};
   static constexpr std::array<std::string_view, 6> kVlenWrites = {
       "putVarVlen", "putVar1Vlen", "putVaraVlen", "putVarsVlen", "putAttVlen", "defVarFill"};
+  if (std::ranges::find(kTextWrites, op) != kTextWrites.end()) return DataForm::bytes;
   if (std::ranges::find(kStringWrites, op) != kStringWrites.end()) return DataForm::strings;
   if (std::ranges::find(kVlenWrites, op) != kVlenWrites.end()) return DataForm::vlen;
   return DataForm::plain;
@@ -156,7 +166,9 @@ std::vector<qvArrayPtr> argumentsToHost(const octave_value_list& args) {
   out.reserve(static_cast<std::size_t>(n));
   for (octave_idx_type k = 0; k < n; ++k) {
     const bool isData = k == n - 1 && k > 0;
-    if (isData && form == DataForm::strings) {
+    if (isData && form == DataForm::bytes && args(k).is_string()) {
+      out.push_back(rawBytesToHost(args(k).char_array_value()));
+    } else if (isData && form == DataForm::strings) {
       out.push_back(toHostStrings(args(k)));
     } else if (isData && form == DataForm::vlen) {
       out.push_back(vlenToHost(args(k)));

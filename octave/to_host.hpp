@@ -18,8 +18,8 @@ qvArrayPtr toHost(const octave_value& v);
 qvArrayPtr toHostStrings(const octave_value& v);
 
 // The arguments of one call, args(0) being the operation name. The data argument of the
-// string writes is taken as string data, and inside the cells of Vlen data a cell of char
-// rows becomes a string array.
+// text writes is taken byte by byte, that of the string writes as string data, and inside
+// the cells of Vlen data a cell of char rows becomes a string array.
 std::vector<qvArrayPtr> argumentsToHost(const octave_value_list& args);
 
 }  // namespace octbridge

@@ -155,6 +155,23 @@
 %! [~, info] = qv_roundtrip ('putVarString', {'a'});
 %! assert (info{2}.class, 'string');
 
+## The data of the text writes is NC_CHAR bytes: one unit per byte, UTF-8 or not, so that
+## the library narrows each back to the same byte; names and attribute text are decoded.
+%!test
+%! bytes = char ([84 195 169 255]);
+%! units = [84 65475 65449 65535];
+%! for op = {'putVarText', 'putVar1Text', 'putVaraText', 'putVarsText'}
+%!   for data = {bytes(1:3), bytes, [bytes; bytes]}
+%!     [back, info] = qv_roundtrip (op{1}, 1, 2, data{1});
+%!     same ({info{4}.class, info{4}.dims}, {'char', size(data{1})}, op{1});
+%!     same (double (info{4}.units), repmat (units(1:columns (data{1})), rows (data{1}), 1), ...
+%!           op{1});
+%!     same (back{4}, data{1}, op{1});
+%!   end
+%! end
+%! [~, info] = qv_roundtrip ('putAttText', 1, 2, bytes(1:3), 4, bytes(1:3));
+%! same ({double(info{4}.units), double(info{6}.units)}, {[84 233], [84 233]}, 'putAttText');
+
 ## In Vlen data, a cell of char rows is the string list of an NC_STRING base.
 %!test
 %! data = {int32([1; 2]), {'a', 'bc'}, {{'x'}, {int8(1)}}, {}, 'chars'};

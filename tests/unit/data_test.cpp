@@ -159,6 +159,28 @@ TEST_F(DataFile, TextIsRawBytesAndStringsAreUtf8) {
                args());
 }
 
+// Octave has no missing strings, so only here: a missing element anywhere fails every
+// string write before netCDF-C is called, which would otherwise have grown the record
+// dimension.
+TEST_F(DataFile, MissingStringFailsSubsetWritesBeforeNetcdf) {
+  const int records = defVar("records", NC_STRING, {t_});
+  qvArrayPtr one = createStringArray(1, 1), two = createStringArray(2, 1);
+  setStringMissing(one.get(), 0);
+  setStringElement(two.get(), 0, u"caf\u00e9");
+  setStringMissing(two.get(), 1);
+  const qvArrayPtr start = array<double>({3}), count = array<double>({2}),
+                   stride = array<double>({2});
+  const char* missing = "QUARNA:string:MissingNotSupported";
+  EXPECT_MSGID(call("putVar1String", records, {start.get(), one.get()}), missing, args());
+  EXPECT_MSGID(call("putVaraString", records, {start.get(), count.get(), two.get()}), missing,
+               args());
+  EXPECT_MSGID(call("putVarsString", records, {start.get(), count.get(), stride.get(), two.get()}),
+               missing, args());
+  std::size_t length = 1;
+  ASSERT_EQ(NC_NOERR, nc_inq_dimlen(ncid_, t_, &length));
+  EXPECT_EQ(0u, length);
+}
+
 TEST_F(DataFile, VlenWholeAndSubset) {
   nc_type ragged = 0;
   ASSERT_EQ(NC_NOERR, nc_def_vlen(ncid_, "ragged", NC_INT, &ragged));
