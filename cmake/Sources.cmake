@@ -34,4 +34,6 @@ endif()
 add_library(netcdflib SHARED)
 target_link_libraries(netcdflib PRIVATE netcdflib_objects PUBLIC qvhost)
 target_include_directories(netcdflib PUBLIC ${PROJECT_SOURCE_DIR})
-target_link_options(netcdflib PRIVATE -Wl,--no-undefined)
+target_link_options(netcdflib PRIVATE -Wl,--no-undefined
+  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/netcdflib.map)
+set_target_properties(netcdflib PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/netcdflib.map)
