@@ -14,6 +14,18 @@ codecvt_ustring_to_string utf8Converter() { return {"UTF-8", true}; }
 
 bool isChar(const qvArray* a) { return qvGetClassID(a) == qvCHAR_CLASS; }
 
+// Invalid UTF-16 (a lone surrogate) has no UTF-8 form. The caller's text is at fault, as
+// with a file name the platform cannot represent, so it gets the same error rather than
+// the converter's own exception.
+template <class Convert>
+std::string utf8OrInvalidChar(Convert&& convert) {
+  try {
+    return convert();
+  } catch (const TextConversionError&) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::invalidCharErr());
+  }
+}
+
 }  // namespace
 
 std::string getName(const qvArray* a, const std::string& argName) {
@@ -21,7 +33,7 @@ std::string getName(const qvArray* a, const std::string& argName) {
   if (!qvIsCharVector(a) && !(isChar(a) && qvIsEmpty(a))) {
     qvErrMsgId(QUARNA::imagesci::netcdf::argumentWasNotChar(argName));
   }
-  return matrix::get_string(a, utf8Converter());
+  return utf8OrInvalidChar([&] { return matrix::get_string(a, utf8Converter()); });
 }
 
 std::string getFileName(const qvArray* a, const std::string& argName) {
@@ -47,7 +59,9 @@ qvArrayPtr makeNameResult(const char* utf8) {
 
 qvArrayPtr makeAsciiText(std::string_view text) { return matrix::create(text.data(), text.size()); }
 
-std::string getAttributeText(const qvArray* a) { return matrix::get_string(a, utf8Converter()); }
+std::string getAttributeText(const qvArray* a) {
+  return utf8OrInvalidChar([&] { return matrix::get_string(a, utf8Converter()); });
+}
 
 std::vector<char> narrowCharData(const qvArray* a) {
   const std::size_t n = qvGetNumberOfElements(a);
@@ -76,7 +90,7 @@ Utf8StringList::Utf8StringList(const qvArray* stringArray) {
           QUARNA::string::MissingNotSupported());
     }
     const std::u16string& text = view.at(i);
-    texts_.push_back(utf8.do_convert(text.data(), text.size()));
+    texts_.push_back(utf8OrInvalidChar([&] { return utf8.do_convert(text.data(), text.size()); }));
   }
   // Only now: the strings no longer move.
   pointers_.reserve(texts_.size());

@@ -9,7 +9,8 @@
 
 #include "qvhost/array.hpp"
 
-// A char row or any empty char array, as UTF-8; else argumentWasNotChar(argName).
+// A char row or any empty char array, as UTF-8; else argumentWasNotChar(argName), and
+// invalidCharErr for text without a UTF-8 form (a lone surrogate).
 std::string getName(const qvArray* a, const std::string& argName);
 
 // Any char array, in the narrow file-name encoding; argumentWasNotChar(argName) for

@@ -32,8 +32,10 @@ void closeAll() noexcept {
     // Unload goes on whatever the host's warning machinery does: the files must close.
   }
   for (const int ncid : openFiles) {
-    // Nothing to report to at unload, and one failure must not keep the others open.
-    static_cast<void>(nc_close(ncid));
+    // Nothing to report to at unload, and one failure must not keep the others open. A
+    // file netCDF-C refuses to close (netCDF-4 after some failed definitions) is aborted,
+    // which still releases it.
+    if (nc_close(ncid) != NC_NOERR) static_cast<void>(nc_abort(ncid));
   }
 }
 

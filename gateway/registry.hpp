@@ -10,7 +10,7 @@ void remove(int ncid);
 bool contains(int ncid);
 // Ascending.
 std::vector<int> ids();
-// Warns once when anything is open, then closes every id in ascending order, ignoring
-// failures. Ids stay registered.
+// Warns once when anything is open, then closes every id in ascending order, aborting
+// those that fail to close and ignoring further failures. Ids stay registered.
 void closeAll() noexcept;
 }  // namespace OpenFileRegistry

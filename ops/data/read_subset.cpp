@@ -1,6 +1,7 @@
 // "getVar1Double" ... "getVarsVlen": one element, a block or a strided block.
 #include <netcdf.h>
 
+#include <cstddef>
 #include <vector>
 
 #include "convert/scalars.hpp"
@@ -11,7 +12,29 @@
 
 namespace {
 constexpr int kFirstOpId = 43;
+
+// The result is allocated before netCDF-C sees COUNT, so a COUNT larger than a dimension
+// would first ask for that much memory (gigabytes for a typo) only to be refused. No
+// selection can hold more elements along a dimension than it has, so such a COUNT gets
+// netCDF-C's own refusal up front, with the status netCDF-C checks first.
+void refuseCountBeyondDimensions(int ncid, const std::vector<int>& dimids, const Selection& where,
+                                 const OperationRow& row) {
+  bool beyond = false;
+  std::vector<std::size_t> lengths(dimids.size(), 0);
+  for (std::size_t d = 0; d < dimids.size(); ++d) {
+    checkStatus(nc_inq_dimlen(ncid, dimids[d], &lengths[d]), row);
+    beyond = beyond || where.count[d] > lengths[d];
+  }
+  if (!beyond) return;
+  for (const std::ptrdiff_t stride : where.stride) {
+    if (stride < 1) checkStatus(NC_ESTRIDE, row);
+  }
+  for (std::size_t d = 0; d < dimids.size(); ++d) {
+    if (where.start[d] > lengths[d]) checkStatus(NC_EINVALCOORDS, row);
+  }
+  checkStatus(NC_EEDGE, row);
 }
+}  // namespace
 
 void handleReadSubset(int, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
                       const OperationRow& row) {
@@ -22,6 +45,7 @@ void handleReadSubset(int, qvArrayPtr* plhs, int nInputs, const qvArray* const* 
       checkSubsetLengths(ncid, varid, where, LengthReport::StartLength, row);
   std::vector<int> dimids(static_cast<std::size_t>(variable.ndims), 0);
   checkStatus(nc_inq_vardimid(ncid, varid, dimids.data()), row);
+  refuseCountBeyondDimensions(ncid, dimids, where, row);
 
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));

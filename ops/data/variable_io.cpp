@@ -1,5 +1,6 @@
 #include "ops/data/variable_io.hpp"
 
+#include <algorithm>
 #include <memory>
 
 #include "convert/data_block.hpp"
@@ -31,6 +32,15 @@ struct HostFree {
 };
 
 }  // namespace
+
+std::optional<std::size_t> elementProduct(std::span<const std::size_t> lengths) noexcept {
+  if (std::find(lengths.begin(), lengths.end(), 0u) != lengths.end()) return 0;
+  std::size_t product = 1;
+  for (const std::size_t length : lengths) {
+    if (__builtin_mul_overflow(product, length, &product)) return std::nullopt;
+  }
+  return product;
+}
 
 void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const Selection& where,
                       const DimList& dims, qvArrayPtr* plhs, const OperationRow& row) {

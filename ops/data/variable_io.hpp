@@ -7,6 +7,8 @@
 #include <netcdf.h>
 
 #include <cstddef>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "convert/read_outputs.hpp"
@@ -19,6 +21,11 @@ struct Selection {
   std::vector<std::ptrdiff_t> stride;
   bool whole = true;
 };
+
+// The number of elements of a selection or variable with these lengths: 0 when any is 0,
+// empty when the product does not fit 64 bits (a wrapped product could match a data
+// count and let netCDF-C read far past the data).
+std::optional<std::size_t> elementProduct(std::span<const std::size_t> lengths) noexcept;
 
 // Creates the result of dims in plhs[0] and reads into it. xtype is the variable's type
 // (used by Vlen only).

@@ -2,8 +2,7 @@
 // grow a variable along an unlimited dimension.
 #include <netcdf.h>
 
-#include <functional>
-#include <numeric>
+#include <limits>
 
 #include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
@@ -24,11 +23,13 @@ void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inpu
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   checkSubsetLengths(ncid, varid, where, LengthReport::OwnLength, row);
-  const std::size_t selected =
-      std::accumulate(where.count.begin(), where.count.end(), std::size_t{1}, std::multiplies<>());
+  // A selection too large to count (2^63 + 1 squared wraps to 1) is reported as the
+  // largest count there is.
+  const std::optional<std::size_t> selected = elementProduct(where.count);
   if (selected != count) {
-    qvErrMsgId(QUARNA::imagesci::netcdf::countNotEqualToData(static_cast<long>(selected),
-                                                             static_cast<long>(count)));
+    const long reported =
+        selected ? static_cast<long>(*selected) : std::numeric_limits<long>::max();
+    qvErrMsgId(QUARNA::imagesci::netcdf::countNotEqualToData(reported, static_cast<long>(count)));
   }
 
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);

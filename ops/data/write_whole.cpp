@@ -2,6 +2,8 @@
 // extends an unlimited dimension; the subset writes do.
 #include <netcdf.h>
 
+#include <vector>
+
 #include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
@@ -23,15 +25,12 @@ void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
   int ndims = 0;
   int dimids[NC_MAX_VAR_DIMS] = {};
   checkStatus(nc_inq_var(ncid, varid, nullptr, nullptr, &ndims, dimids, nullptr), row);
-  std::size_t product = 1;
-  for (int i = 0; i < ndims; ++i) {
-    std::size_t length = 0;
-    checkStatus(nc_inq_dimlen(ncid, dimids[i], &length), row);
-    product *= length;
-  }
-  if (product == 0) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
+  std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
+  for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
+  const std::optional<std::size_t> product = elementProduct(lengths);
+  if (product == 0u) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
   // Element counts only: shapes are not compared.
-  if (count != product) qvErrMsgId(QUARNA::imagesci::netcdf::dataSizeMismatch());
+  if (product != count) qvErrMsgId(QUARNA::imagesci::netcdf::dataSizeMismatch());
 
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));

@@ -2,6 +2,10 @@
 // File names go to netCDF-C as given, paths and remote URLs alike.
 #include <netcdf.h>
 
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+
 #include "convert/outputs.hpp"
 #include "convert/scalars.hpp"
 #include "convert/text.hpp"
@@ -25,6 +29,37 @@ void checkCreateStatus(int status, bool overwriteHasOwnError, const OperationRow
   }
   checkStatus(status, row);
 }
+
+// netCDF-C 4.9.0 crashes on two modes instead of failing: creating a file in a
+// user-defined format (NC_UDF0, NC_UDF1) that nobody registered dereferences a null
+// dispatch table, and opening a path with NC_INMEMORY reads a memory image that was never
+// given. Both get the status netCDF-C should have returned; 0 for every other mode.
+int statusOfUnsafeMode(int mode, bool creating) {
+  if (creating) {
+    for (const int format : {NC_UDF0, NC_UDF1}) {
+      NC_Dispatch* table = nullptr;
+      if ((mode & format) != 0 &&
+          (nc_inq_user_format(format, &table, nullptr) != NC_NOERR || table == nullptr)) {
+        return NC_ENOTBUILT;
+      }
+    }
+    return NC_NOERR;
+  }
+  return (mode & NC_INMEMORY) != 0 ? NC_EINVAL : NC_NOERR;
+}
+
+int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
+               int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
+  return chunkSize == nullptr ? nc_create(path.c_str(), mode, ncid)
+                              : nc__create(path.c_str(), mode, initialSize, chunkSize, ncid);
+}
+
+int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
+  return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
+                              : nc__open(path.c_str(), mode, chunkSize, ncid);
+}
 }  // namespace
 
 void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
@@ -34,7 +69,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
   int ncid = -1;
   switch (row.opId) {
     case kCreate: {
-      checkCreateStatus(nc_create(path.c_str(), mode, &ncid), true, row);
+      checkCreateStatus(createFile(path, mode, 0, nullptr, &ncid), true, row);
       OpenFileRegistry::add(ncid);
       plhs[0] = makeDoubleScalar(ncid);
       return;
@@ -42,21 +77,21 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kPCreate: {
       const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
       auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
-      checkCreateStatus(nc__create(path.c_str(), mode, initialSize, &chunkSize, &ncid), false, row);
+      checkCreateStatus(createFile(path, mode, initialSize, &chunkSize, &ncid), false, row);
       // Deliberately not registered: unload leaves such files alone.
       plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
       plhs[1] = makeDoubleScalar(ncid);
       return;
     }
     case kOpen: {
-      checkStatus(nc_open(path.c_str(), mode, &ncid), row);
+      checkStatus(openFile(path, mode, nullptr, &ncid), row);
       OpenFileRegistry::add(ncid);
       plhs[0] = makeDoubleScalar(ncid);
       return;
     }
     case kPOpen: {
       auto chunkSize = getScalar<std::size_t>(inputs[2], "chunksizehint");
-      const int status = nc__open(path.c_str(), mode, &chunkSize, &ncid);
+      const int status = openFile(path, mode, &chunkSize, &ncid);
       // A positive status (a system error number) passes without an error here.
       if (status < 0) checkStatus(status, row);
       OpenFileRegistry::add(ncid);

@@ -1,10 +1,13 @@
 #include <netcdf.h>
 
+#include <string>
+
 #include "convert/outputs.hpp"
 #include "convert/scalars.hpp"
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/id_list.hpp"
 #include "ops/metadata/metadata.hpp"
 
@@ -17,7 +20,7 @@ enum OpId {
   kInqUnlimDims = 72,
   kRenameDim = 128
 };
-}
+}  // namespace
 
 void handleDimensions(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
                       const OperationRow& row) {
@@ -27,6 +30,7 @@ void handleDimensions(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       const std::string name = getName(inputs[1], "dimension");
       // 0 makes the dimension unlimited.
       const auto length = getScalar<std::size_t>(inputs[2], "dim_length");
+      refuseHdf5NameClash(ncid, name, NewObject::Dimension, row);
       int dimid = -1;
       checkStatus(nc_def_dim(ncid, name.c_str(), length, &dimid), row);
       plhs[0] = makeDoubleScalar(dimid);
@@ -60,6 +64,7 @@ void handleDimensions(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kRenameDim: {
       const int dimid = getScalar<int>(inputs[1], "dimid");
       const std::string name = getName(inputs[2], "dimension");
+      refuseHdf5NameClash(ncid, name, NewObject::Dimension, row);
       checkStatus(nc_rename_dim(ncid, dimid, name.c_str()), row);
       return;
     }

@@ -35,6 +35,19 @@ nc_type fillVlenBase(int ncid, nc_type xtype, const OperationRow& row) {
   return base;
 }
 
+// netCDF-C refuses to switch fill values off for strings (NC_EINVAL) but accepts it for
+// variable-length types, which HDF5 then cannot store: enddef and close fail with an HDF
+// error and the file stays open for good. Those get the refusal strings get.
+void refuseNoFillOfVlen(int ncid, int varid, const OperationRow& row) {
+  nc_type xtype = NC_NAT;
+  int typeClass = 0;
+  if (nc_inq_vartype(ncid, varid, &xtype) == NC_NOERR && xtype > NC_STRING &&
+      nc_inq_user_type(ncid, xtype, nullptr, nullptr, nullptr, nullptr, &typeClass) == NC_NOERR &&
+      typeClass == NC_VLEN) {
+    checkStatus(NC_EINVAL, row);
+  }
+}
+
 void defineFill(int ncid, int varid, const qvArray* value, const OperationRow& row) {
   nc_type xtype = NC_NAT;
   checkStatus(nc_inq_var(ncid, varid, nullptr, &xtype, nullptr, nullptr, nullptr), row);
@@ -106,6 +119,7 @@ void handleFillValues(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kDefVarFill: {
       const bool noFill = getLogicalFlag(inputs[2], "FILL FLAG");
       if (noFill) {
+        refuseNoFillOfVlen(ncid, varid, row);
         checkStatus(nc_def_var_fill(ncid, varid, 1, nullptr), row);
       } else {
         defineFill(ncid, varid, inputs[3], row);

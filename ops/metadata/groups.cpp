@@ -7,6 +7,7 @@
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/id_list.hpp"
 #include "ops/metadata/metadata.hpp"
 
@@ -27,6 +28,7 @@ void handleGroups(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
   switch (row.opId) {
     case kDefGrp: {
       const std::string name = getName(inputs[1], "group name");
+      refuseHdf5NameClash(ncid, name, NewObject::GroupOrType, row);
       int group = -1;
       checkStatus(nc_def_grp(ncid, name.c_str(), &group), row);
       plhs[0] = makeDoubleScalar(group);

@@ -6,6 +6,7 @@
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/metadata.hpp"
 
 namespace {
@@ -19,6 +20,7 @@ void handleUserTypes(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kDefVlen: {
       const std::string name = getName(inputs[1], "typeName");
       const int base = getScalar<int>(inputs[2], "baseType");
+      refuseHdf5NameClash(ncid, name, NewObject::GroupOrType, row);
       nc_type type = NC_NAT;
       checkStatus(nc_def_vlen(ncid, name.c_str(), base, &type), row);
       plhs[0] = makeDoubleScalar(type);

@@ -51,9 +51,9 @@ TEST(GetName, Utf8BothWays) {
   EXPECT_EQ(test::charText(back.get()), kTemperature);
 }
 
-TEST(GetName, InvalidUtf16IsTheConvertersError) {
+TEST(GetName, InvalidUtf16IsAnInvalidCharError) {
   const qvArrayPtr lone = test::charRow(std::u16string(u"a\xd800z"));
-  EXPECT_THROW(getName(lone.get(), "variable"), TextConversionError);
+  EXPECT_MSGID(getName(lone.get(), "variable"), "QUARNA:imagesci:netcdf:invalidCharErr", args());
 }
 
 TEST(MakeAsciiText, OneCharacterPerByte) {
