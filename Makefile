@@ -4,7 +4,7 @@ ASAN_BUILD ?= build-asan
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: deps configure build demo test sanitize-test format clean
+.PHONY: deps configure build demo test sanitize-test bench fuzz fuzz-seeds format clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -28,6 +28,46 @@ sanitize-test: deps
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:abort_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	  UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+# Benchmarks, not part of `make test`: every workload through netCDF-C, netcdflib from C++
+# and from Octave, and python3-netcdf4, with a table of the figures (see README). Needs
+# about 5 GiB free in $(BENCH_BUILD) for its files, removed at the end.
+BENCH_BUILD ?= build-bench
+BENCH_ARGS ?=
+bench: deps
+	@cmake -S . -B $(BENCH_BUILD) -DNETCDFLIB_BENCH=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
+	@cmake --build $(BENCH_BUILD) -j $(JOBS) --target ncbench_c qvbench netcdflib_octave
+	@/usr/bin/python3 bench/run.py --build $(BENCH_BUILD) $(BENCH_ARGS)
+
+# Coverage-guided fuzzing of netcdflib (clang 14, libFuzzer, ASan, UBSan, LeakSanitizer):
+# the committed corpus must reach every operation, then FUZZ_SECONDS of fuzzing from it.
+# New inputs go to $(FUZZ_BUILD)/fuzz-corpus, findings to $(FUZZ_BUILD)/fuzz-artifacts.
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 120
+FUZZ_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
+  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
+  UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+fuzz: deps
+	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target netcdflib_fuzzer
+	@mkdir -p $(FUZZ_BUILD)/fuzz-corpus $(FUZZ_BUILD)/fuzz-artifacts
+	@env $(FUZZ_ENV) NETCDFLIB_FUZZ_REQUIRE_HANDLERS=1 $(FUZZ_BUILD)/bin/netcdflib_fuzzer \
+	  -runs=0 tests/fuzz/corpus 2>$(FUZZ_BUILD)/fuzz-seeds.log; \
+	  status=$$?; grep -E '^(netcdflib_fuzzer:|SUMMARY)' $(FUZZ_BUILD)/fuzz-seeds.log; exit $$status
+	@env $(FUZZ_ENV) $(FUZZ_BUILD)/bin/netcdflib_fuzzer -max_total_time=$(FUZZ_SECONDS) \
+	  -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/fuzz-artifacts/ \
+	  $(FUZZ_BUILD)/fuzz-corpus tests/fuzz/corpus 2>$(FUZZ_BUILD)/fuzz.log; \
+	  status=$$?; grep -E '^(netcdflib_fuzzer:|stat::|SUMMARY|==[0-9]+==ERROR)' $(FUZZ_BUILD)/fuzz.log; \
+	  exit $$status
+
+# Rewrites the committed seed corpus from tests/fuzz/seed_*.cpp.
+fuzz-seeds: deps
+	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target make_seeds
+	@rm -f tests/fuzz/corpus/seed-*
+	@$(FUZZ_BUILD)/bin/make_seeds tests/fuzz/corpus
 
 format:
 	@find gateway convert ops host octave tests examples bench -name '*.[ch]pp' -o -name '*.cc' | xargs clang-format -i

@@ -5,6 +5,7 @@
 
 #include <octave/oct.h>
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -50,8 +51,28 @@ class ArrayBlock final : public OctaveBlock {
         data_(const_cast<typename A::element_type*>(std::as_const(array_).data())) {}
   ArrayBlock(qvClassID cls, const dim_vector& dv, bool zeroFilled)
       : cls_(cls),
-        array_(zeroFilled ? A(dv, typename A::element_type()) : A(dv)),
+        array_(zeroFilled ? A(dv, typename A::element_type()) : uninitialised(dv)),
         data_(array_.fortran_vec()) {}
+
+  // Octave value-initialises every element of a new array, a pass over all of its memory
+  // (and every first-touch page fault) before the library writes it. An array the
+  // library fills completely is made over memory nothing has written yet instead, with
+  // the host's advice for large blocks; Octave releases it through the same allocator.
+  static A uninitialised(const dim_vector& dv) {
+    using T = typename A::element_type;
+    const auto n = static_cast<std::size_t>(dv.safe_numel());
+    std::allocator<T> allocator;
+    T* memory = allocator.allocate(n);
+    qvAdviseHugePages(memory, n * sizeof(T));
+    Array<T> adopted;
+    try {
+      adopted = Array<T>(memory, dv);
+    } catch (...) {
+      allocator.deallocate(memory, n);
+      throw;
+    }
+    return A(adopted);
+  }
 
   qvClassID cls_;
   A array_;

@@ -72,7 +72,7 @@ qvArrayPtr createNumeric(Shape shape, qvClassID cls, qvComplexity complexity, bo
   const std::size_t bytes = byteCount(elementCount(shape), qvElementSize(cls));
   auto block = numericBlock(cls, shape, bytes, zeroFilled);
   std::unique_ptr<qvDataBlock> imag;
-  if (complexity == qvCOMPLEX) imag = hostBlock(bytes);
+  if (complexity == qvCOMPLEX) imag = hostBlock(bytes, zeroFilled);
   auto a = newHeader(cls, std::move(shape));
   a->complexity = complexity;
   attachBlock(*a, std::move(block));

@@ -30,8 +30,13 @@ std::size_t byteCount(std::size_t count, std::size_t elementSize);
 // A header of the class and shape with no data block yet.
 qvArrayPtr newHeader(qvClassID cls, Shape shape);
 
-// A zero-filled block from qvCalloc, released with qvFree.
-std::unique_ptr<qvDataBlock> hostBlock(std::size_t bytes);
+// bytes from the host's heap, zero-filled or not, advised for huge pages when large;
+// released with qvFree. Exhaustion is bad_alloc.
+void* allocateBytes(std::size_t bytes, bool zeroFilled);
+
+// A block of the host's heap, released with qvFree; zero-filled unless the caller writes
+// every byte.
+std::unique_ptr<qvDataBlock> hostBlock(std::size_t bytes, bool zeroFilled = true);
 
 // The calling thread's provider is asked first; the host allocates when it declines.
 std::unique_ptr<qvDataBlock> numericBlock(qvClassID cls, const Shape& shape, std::size_t bytes,

@@ -35,8 +35,8 @@ qvScopedStorageProvider::~qvScopedStorageProvider() { currentProvider = previous
 
 namespace qvhost_internal {
 
-std::unique_ptr<qvDataBlock> hostBlock(std::size_t bytes) {
-  void* p = qvCalloc(bytes, 1);
+std::unique_ptr<qvDataBlock> hostBlock(std::size_t bytes, bool zeroFilled) {
+  void* p = allocateBytes(bytes, zeroFilled);
   try {
     return std::make_unique<HostBlock>(p);
   } catch (...) {
@@ -57,7 +57,7 @@ std::unique_ptr<qvDataBlock> numericBlock(qvClassID cls, const Shape& shape, std
       return block;
     }
   }
-  return hostBlock(bytes);
+  return hostBlock(bytes, zeroFilled);
 }
 
 void attachBlock(qvArray& a, std::unique_ptr<qvDataBlock> block) {

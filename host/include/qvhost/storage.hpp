@@ -9,7 +9,7 @@
 
 #include "qvhost/array.hpp"
 
-// One data block. The host's own blocks come from qvCalloc/qvFree; a lent block keeps
+// One data block. The host's own blocks are released with qvFree; a lent block keeps
 // whatever it needs alive and releases it in its destructor, which must not throw.
 class qvDataBlock {
  public:
@@ -44,3 +44,8 @@ qvArrayPtr qvWrapExternal(qvClassID cls, matrix::DimSpan dims, std::unique_ptr<q
 
 // The block behind an array's data, for a program that wants to recognise its own storage.
 qvDataBlock* qvGetDataBlock(const qvArray* a) noexcept;
+
+// Asks for transparent huge pages over a large block that nothing has written yet, as the
+// host does for its own blocks of 4 MiB and more; a provider can give its blocks the same
+// advice. Smaller blocks are left as they are.
+void qvAdviseHugePages(void* p, std::size_t bytes) noexcept;

@@ -1,0 +1,159 @@
+"""Implementation (d): the workloads through python3-netcdf4 (run with /usr/bin/python3).
+
+    ncbench.py WORKLOAD FILE REPS     prints "rep SECONDS" per repetition and "check SUM"
+
+Masking and scaling are switched off so that every read returns the raw values, as
+netcdflib does. Sizes and index sequences are those of bench/c/ncbench_common.h.
+"""
+import os
+import sys
+import time
+
+import netCDF4
+import numpy as np
+
+SLABS = 64
+ELEMENT_CALLS = 100_000
+STRIDED_CALLS = 10_000
+STRIDED_COUNT = 10
+STRIDED_ROW_STEP = 3
+STRIDED_COLUMN_STEP = 7
+
+
+def element_index(k):
+    return (k * 37) % 1000, (k * 101) % 1000
+
+
+def strided_start(k):
+    return (k * 37) % 970, (k * 101) % 930
+
+
+def report(seconds):
+    print(f"rep {seconds:.6f}", flush=True)
+
+
+def open_variable(path, name, mode="r"):
+    ds = netCDF4.Dataset(path, mode)
+    var = ds.variables[name]
+    var.set_auto_maskandscale(False)
+    return ds, var
+
+
+def read_whole(path, reps):
+    ds, var = open_variable(path, "f" if "deflate" in path else "x")
+    check = 0.0
+    for _ in range(reps):
+        t0 = time.perf_counter()
+        data = var[:]
+        report(time.perf_counter() - t0)
+        flat = data.reshape(-1)
+        check = float(flat[0]) + float(flat[flat.size // 2]) + float(flat[-1])
+        del data, flat
+    print(f"check {check:.17g}")
+    ds.close()
+
+
+def read_slabs(path, reps):
+    ds, var = open_variable(path, "x")
+    rows = var.shape[0] // SLABS
+    check = 0.0
+    for _ in range(reps):
+        check = 0.0
+        t0 = time.perf_counter()
+        for s in range(SLABS):
+            data = var[s * rows:(s + 1) * rows, :]
+            check += float(data[-1, -1])
+        report(time.perf_counter() - t0)
+        del data
+    print(f"check {check:.17g}")
+    ds.close()
+
+
+def write_whole(path, reps):
+    ds, var = open_variable(path, "x")
+    shape = var.shape
+    ds.close()
+    data = np.ones(shape)
+    for _ in range(reps):
+        ds, var = open_variable(path, "x", "a")
+        t0 = time.perf_counter()
+        var[:] = data
+        ds.close()
+        report(time.perf_counter() - t0)
+        fd = os.open(path, os.O_RDWR)
+        os.fsync(fd)
+        os.close(fd)
+
+
+def read_elements(path, reps):
+    ds, var = open_variable(path, "s")
+    check = 0.0
+    for _ in range(reps):
+        check = 0.0
+        t0 = time.perf_counter()
+        for k in range(ELEMENT_CALLS):
+            i, j = element_index(k)
+            check += float(var[i, j])
+        report(time.perf_counter() - t0)
+    print(f"check {check:.17g}")
+    ds.close()
+
+
+def write_elements(path, reps):
+    ds, var = open_variable(path, "s", "a")
+    for _ in range(reps):
+        t0 = time.perf_counter()
+        for k in range(ELEMENT_CALLS):
+            i, j = element_index(k)
+            var[i, j] = float(k)
+        report(time.perf_counter() - t0)
+    ds.close()
+
+
+def read_strided(path, reps):
+    ds, var = open_variable(path, "s")
+    n = STRIDED_COUNT
+    rows, cols = STRIDED_ROW_STEP, STRIDED_COLUMN_STEP
+    check = 0.0
+    for _ in range(reps):
+        check = 0.0
+        t0 = time.perf_counter()
+        for k in range(STRIDED_CALLS):
+            i, j = strided_start(k)
+            block = var[i:i + rows * n:rows, j:j + cols * n:cols]
+            check += float(block.sum())
+        report(time.perf_counter() - t0)
+    print(f"check {check:.17g}")
+    ds.close()
+
+
+def scan_metadata(path, reps):
+    chars = 0
+    for _ in range(reps):
+        chars = 0
+        t0 = time.perf_counter()
+        ds = netCDF4.Dataset(path)
+        for var in ds.variables.values():
+            var.name, var.dtype, var.dimensions  # what inqVar returns
+            for att in var.ncattrs():
+                chars += len(var.getncattr(att))
+        ds.close()
+        report(time.perf_counter() - t0)
+    print(f"check {chars:.17g}")
+
+
+WORKLOADS = {
+    "read_whole": read_whole,
+    "read_slabs": read_slabs,
+    "read_deflate": read_whole,
+    "write_whole": write_whole,
+    "get1": read_elements,
+    "put1": write_elements,
+    "strided": read_strided,
+    "meta": scan_metadata,
+}
+
+if __name__ == "__main__":
+    if len(sys.argv) != 4 or sys.argv[1] not in WORKLOADS:
+        sys.exit(f"usage: {sys.argv[0]} {'|'.join(WORKLOADS)} FILE REPS")
+    WORKLOADS[sys.argv[1]](sys.argv[2], int(sys.argv[3]))
