@@ -2,6 +2,7 @@
 #include <netcdf.h>
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "convert/scalars.hpp"
@@ -16,9 +17,15 @@ constexpr int kFirstOpId = 43;
 // The result is allocated before netCDF-C sees COUNT, so a COUNT larger than a dimension
 // would first ask for that much memory (gigabytes for a typo) only to be refused. No
 // selection can hold more elements along a dimension than it has, so such a COUNT gets
-// netCDF-C's own refusal up front, with the status netCDF-C checks first.
+// netCDF-C's own refusal up front, with the status netCDF-C checks first. Small results
+// are left to netCDF-C: asking for the dimension lengths would cost a single-element read
+// more than the rest of its checks.
+constexpr std::size_t kCheckedFromElements = std::size_t{1} << 16;
+
 void refuseCountBeyondDimensions(int ncid, const std::vector<int>& dimids, const Selection& where,
                                  const OperationRow& row) {
+  const std::optional<std::size_t> selected = elementProduct(where.count);
+  if (selected && *selected < kCheckedFromElements) return;
   bool beyond = false;
   std::vector<std::size_t> lengths(dimids.size(), 0);
   for (std::size_t d = 0; d < dimids.size(); ++d) {
@@ -29,8 +36,11 @@ void refuseCountBeyondDimensions(int ncid, const std::vector<int>& dimids, const
   for (const std::ptrdiff_t stride : where.stride) {
     if (stride < 1) checkStatus(NC_ESTRIDE, row);
   }
+  // A read must start inside the dimension wherever it takes anything from it.
   for (std::size_t d = 0; d < dimids.size(); ++d) {
-    if (where.start[d] > lengths[d]) checkStatus(NC_EINVALCOORDS, row);
+    if (where.start[d] > lengths[d] || (where.start[d] == lengths[d] && where.count[d] > 0)) {
+      checkStatus(NC_EINVALCOORDS, row);
+    }
   }
   checkStatus(NC_EEDGE, row);
 }
@@ -43,9 +53,7 @@ void handleReadSubset(int, qvArrayPtr* plhs, int nInputs, const qvArray* const* 
   const Selection where = getSubset(inputs + 2, nInputs > 3, nInputs == 5);
   const VariableRank variable =
       checkSubsetLengths(ncid, varid, where, LengthReport::StartLength, row);
-  std::vector<int> dimids(static_cast<std::size_t>(variable.ndims), 0);
-  checkStatus(nc_inq_vardimid(ncid, varid, dimids.data()), row);
-  refuseCountBeyondDimensions(ncid, dimids, where, row);
+  refuseCountBeyondDimensions(ncid, variable.dimids, where, row);
 
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));

@@ -23,11 +23,17 @@ void handleDefineControl(int, qvArrayPtr*, int, const qvArray* const* inputs,
       checkStatus(status, row);
       return;
     }
-    case kAbort:
+    case kAbort: {
+      // netCDF-C 4.9.0 forgets a netCDF-4 file when nc_abort fails on the id of a group
+      // the file does not have, yet leaves it open for good; such an id gets the status
+      // netCDF-C gives it anywhere else, before nc_abort sees it.
+      int attributes = 0;
+      checkStatus(nc_inq_natts(ncid, &attributes), row);
       // Kept registered when aborting fails, so that unload still closes it.
       checkStatus(nc_abort(ncid), row);
       OpenFileRegistry::remove(ncid);
       return;
+    }
     case kEndDef:
       checkStatus(nc_enddef(ncid), row);
       return;

@@ -97,6 +97,22 @@ TEST(FuzzFindings, UnloadReleasesAFileThatRefusesToClose) {
   for (const int open : OpenFileRegistry::ids()) OpenFileRegistry::remove(open);
 }
 
+// nc_abort given the id of a group a netCDF-4 file does not have failed, but netCDF-C
+// forgot the file anyway and left it open: closing it was no longer possible.
+TEST(FuzzFindings, AbortOfAGroupIdTheFileLacksLeavesTheFileUsable) {
+  const test::ScratchDir dir;
+  const std::string path = dir.file("a.nc");
+  for (const char* mode : {"netcdf4", "clobber"}) {
+    SCOPED_TRACE(mode);
+    const qvArrayPtr ncid =
+        std::move(callGateway("create", {charRow(path).get(), charRow(mode).get()})[0]);
+    const qvArrayPtr missing = scalar<double>(number(ncid) + 4);
+    EXPECT_MSGID(callGateway("abort", {missing.get()}), "QUARNA:imagesci:netcdf:libraryFailure",
+                 args("abort", "NC_EBADID", nc_strerror(NC_EBADID) + 8));
+    EXPECT_NO_THROW(callGateway("close", {ncid.get()}));
+  }
+}
+
 // A COUNT past the end of a dimension used to size the result first: 2^62 elements failed
 // the host's allocation (std::bad_alloc), 2^31 asked for 16 GiB before netCDF-C refused.
 TEST(FuzzFindings, SubsetReadsRefuseCountsPastTheDimensionBeforeAllocating) {
@@ -130,10 +146,15 @@ TEST(FuzzFindings, SubsetReadsRefuseCountsPastTheDimensionBeforeAllocating) {
                                                test::array<double>({1}).get()}),
                  "QUARNA:imagesci:netcdf:libraryFailure", args("getVarsString", "NC_EEDGE", edge));
   }
-  // Along the unlimited dimension the length is the number of records, none here.
-  EXPECT_MSGID(callGateway("getVaraInt", {ncid.get(), recid.get(), zeros.get(),
-                                          test::array<double>({4, 1}).get()}),
-               "QUARNA:imagesci:netcdf:libraryFailure", args("getVaraInt", "NC_EEDGE", edge));
+  // Along the unlimited dimension the length is the number of records, none here: a small
+  // count gets netCDF-C's own answer, a huge one the same before allocating.
+  for (const double records : {4.0, 2147483648.0}) {
+    SCOPED_TRACE(records);
+    EXPECT_MSGID(callGateway("getVaraInt", {ncid.get(), recid.get(), zeros.get(),
+                                            test::array<double>({records, 1}).get()}),
+                 "QUARNA:imagesci:netcdf:libraryFailure",
+                 args("getVaraInt", "NC_EINVALCOORDS", nc_strerror(NC_EINVALCOORDS) + 8));
+  }
   // A start past the end is still reported as such, and a count within bounds still reads.
   EXPECT_MSGID(
       callGateway("getVaraDouble", {ncid.get(), varid.get(), test::array<double>({9}).get(),
