@@ -22,7 +22,8 @@ VariableRank checkSubsetLengths(int ncid, int varid, const Selection& where, Len
   char name[NC_MAX_NAME + 1] = {};
   int ndims = 0;
   nc_type xtype = NC_NAT;
-  checkStatus(nc_inq_var(ncid, varid, name, &xtype, &ndims, nullptr, nullptr), row);
+  int dimids[NC_MAX_VAR_DIMS];  // filled up to ndims by netCDF-C
+  checkStatus(nc_inq_var(ncid, varid, name, &xtype, &ndims, dimids, nullptr), row);
   const struct {
     const char* argument;
     std::size_t length;
@@ -38,5 +39,5 @@ VariableRank checkSubsetLengths(int ncid, int varid, const Selection& where, Len
                                                                   static_cast<long>(reported)));
     }
   }
-  return {ndims, xtype};
+  return {ndims, xtype, std::vector<int>(dimids, dimids + ndims)};
 }
