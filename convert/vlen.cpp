@@ -67,17 +67,6 @@ nc_type vlenBaseType(int ncid, nc_type type) {
   return base;
 }
 
-int vlenNestingDepth(int ncid, nc_type type) {
-  int typeClass = 0;
-  nc_type base = NC_NAT;
-  if (type <= NC_STRING ||
-      nc_inq_user_type(ncid, type, nullptr, nullptr, &base, nullptr, &typeClass) != NC_NOERR ||
-      typeClass != NC_VLEN) {
-    return 0;
-  }
-  return isAtomicType(base) ? 2 : 1 + vlenNestingDepth(ncid, base);
-}
-
 VlenRecords::VlenRecords(int ncid, nc_type base, const qvArray* cells, std::string argName)
     : ncid_(ncid), argName_(std::move(argName)) {
   count_ = qvGetNumberOfElements(cells);

@@ -24,10 +24,6 @@ qvArrayPtr vlenToCells(int ncid, nc_type base, const nc_vlen_t* records, std::si
 // values netCDF-C would write into records that nothing could then safely release.
 nc_type vlenBaseType(int ncid, nc_type type);
 
-// Nesting depth of a type: 0 for anything but a vlen, 2 for a vlen of an atomic type,
-// one more per level of vlen around that.
-int vlenNestingDepth(int ncid, nc_type type);
-
 // Records for writing the elements of a cell array as values of a vlen type whose base
 // is base. Numeric data is not copied: records point into the cells' data blocks, which
 // must outlive this object. Converted texts and every nested record level are owned here

@@ -1,11 +1,10 @@
 ## Subset reads and writes from Octave (the "1", "a" and "s" forms): every type on netCDF-4
-## files and the classic types on classic and 64-bit offset files, against Octave's own
-## indexing; shapes, strides, growth along unlimited dimensions and the index checks.
+## files and the classic types on classic files, against Octave's own indexing; shapes,
+## strides and growth along unlimited dimensions.
 
-%!shared work, p, lib
+%!shared work, p
 %! work = scratch_dir ();
 %! p = @(name) netcdflib ('parameter', name);
-%! lib = 'QUARNA:imagesci:netcdf:libraryFailure';
 
 ## Reads and writes parts of a 4-by-3-by-2 variable of every type of TYPES in every form and
 ## compares with the same indexing in Octave (START is zero-based); a record variable grows
@@ -65,8 +64,6 @@
 %! subset_roundtrip (fullfile (work, 'netcdf4.nc'), p ('NC_NETCDF4'), data_types ());
 %!test
 %! subset_roundtrip (fullfile (work, 'classic.nc'), p ('NC_CLOBBER'), data_types ('classic'));
-%!test
-%! subset_roundtrip (fullfile (work, '64bit.nc'), p ('NC_64BIT_OFFSET'), data_types ('classic'));
 
 ## Vlen data in the three forms; a Vlen record variable grows by subset writes.
 %!test
@@ -91,100 +88,6 @@
 %! expect_same (netcdflib ('getVarVlen', nc, strs), {{}; {}; {'a'; char([195 169])}});
 %! netcdflib ('putVar1Vlen', nc, deep, 1, {{int32([1; 2]); {}}});
 %! expect_same (netcdflib ('getVarsVlen', nc, deep, 0, 2, 1), {{}; {int32([1; 2]); int32([])}});
-%! netcdflib ('close', nc);
-
-## Shapes of subset reads: the counts reversed over at least two extents; zero counts stay.
-%!test
-%! nc = netcdflib ('create', fullfile (work, 'shapes.nc'), p ('NC_NETCDF4'));
-%! x = netcdflib ('defDim', nc, 'x', 5);
-%! y = netcdflib ('defDim', nc, 'y', 4);
-%! line = netcdflib ('defVar', nc, 'line', p ('NC_DOUBLE'), x);
-%! grid = netcdflib ('defVar', nc, 'grid', p ('NC_DOUBLE'), [x y]);
-%! netcdflib ('endDef', nc);
-%! netcdflib ('putVarDouble', nc, line, (1:5)');
-%! netcdflib ('putVarDouble', nc, grid, reshape (1:20, 5, 4));
-%! cases = {'getVaraDouble', line, {1, 3}, [2; 3; 4];
-%!          'getVaraDouble', line, {5, 0}, zeros(0, 1);
-%!          'getVar1Double', line, {4}, 5;
-%!          'getVaraDouble', grid, {[0 0], [5 0]}, zeros(5, 0);
-%!          'getVaraDouble', grid, {[0 0], [0 4]}, zeros(0, 4);
-%!          'getVaraDouble', grid, {[1 1], [1 3]}, [7 12 17];
-%!          'getVarsDouble', grid, {[4 0], [1 4], [1 1]}, [5 10 15 20]};
-%! for k = 1:rows (cases)
-%!   expect_same (netcdflib (cases{k, 1}, nc, cases{k, 2}, cases{k, 3}{:}), cases{k, 4}, ...
-%!                sprintf ('case %d', k));
-%! end
-%! netcdflib ('close', nc);
-
-## Strides: every n-th element from START; netCDF-C judges zero and negative strides.
-%!test
-%! nc = netcdflib ('create', fullfile (work, 'strides.nc'), 'NC_CLOBBER');
-%! line = netcdflib ('defVar', nc, 'line', p ('NC_INT'), netcdflib ('defDim', nc, 'x', 10));
-%! netcdflib ('endDef', nc);
-%! netcdflib ('putVarInt', nc, line, int32 (0:9));
-%! cases = {{0, 5, 2}, int32([0; 2; 4; 6; 8]);  {1, 3, 3}, int32([1; 4; 7]);
-%!          {9, 1, 100}, int32(9);  {int8(2), uint64(2), int64(7)}, int32([2; 9])};
-%! for k = 1:rows (cases)
-%!   expect_same (netcdflib ('getVarsInt', nc, line, cases{k, 1}{:}), cases{k, 2});
-%! end
-%! netcdflib ('putVarsInt', nc, line, 1, 3, 4, int32 ([-1 -2 -3]));
-%! expect_same (netcdflib ('getVarInt', nc, line), int32 ([0 -1 2 3 4 -2 6 7 8 -3])');
-%! for stride = {0, -1, int64(-1)}
-%!   expect_error (call_failure ('getVarsInt', nc, line, 0, 2, stride{1}), lib, 'NC_ESTRIDE');
-%!   expect_error (call_failure ('putVarsInt', nc, line, 0, 2, stride{1}, int32 ([1 2])), lib, ...
-%!                 '''putVarsInt''', 'NC_ESTRIDE');
-%! end
-%! expect_error (call_failure ('getVarsInt', nc, line, 0, 1, uint64 (2)^63), ...
-%!               'QUARNA:imagesci:validate:argumentOutOfBounds');
-%! netcdflib ('close', nc);
-
-## START, COUNT and STRIDE are checked, then the data's count; what lies outside the
-## variable is netCDF-C's to refuse. Reads report START's length, writes the faulty one's.
-%!test
-%! nc = netcdflib ('create', fullfile (work, 'checks.nc'), p ('NC_NETCDF4'));
-%! dims = [netcdflib('defDim', nc, 'x', 3), netcdflib('defDim', nc, 'y', 2)];
-%! grid = netcdflib ('defVar', nc, 'grid', p ('NC_INT'), dims);
-%! netcdflib ('endDef', nc);
-%! netcdflib ('putVarInt', nc, grid, int32 ([1 2 3; 4 5 6]'));
-%! id = 'QUARNA:imagesci:netcdf:';
-%! length = [id 'badIndexArgumentLength'];
-%! one = int32 (1);
-%! cases = {
-%!   {'getVaraInt', [0 0 0], [1 1]},          length, {'START', '''grid''', 'expected 2, found 3'};
-%!   {'getVaraInt', [0 0], 1},                length, {'COUNT', '''grid''', 'expected 2, found 2'};
-%!   {'getVarsInt', [0 0], [1 1], [1 1 1]},   length, {'STRIDE', 'expected 2, found 2'};
-%!   {'putVar1Int', 0, one},                  length, {'START', 'expected 2, found 1'};
-%!   {'putVaraInt', [0 0], [1 1 1], one},     length, {'COUNT', 'expected 2, found 3'};
-%!   {'putVarsInt', [0 0], [1 1], 1, one},    length, {'STRIDE', 'expected 2, found 1'};
-%!   {'putVar1Int', [0 0], int32([1 2])},     [id 'countNotEqualToData'], {'(1)', '(2)'};
-%!   {'putVaraInt', [0 0], [3 2], int32(1:5)}, [id 'countNotEqualToData'], {'(6)', '(5)'};
-%!   {'putVaraInt', [0 0], [3 2], int32([])}, [id 'emptyVariableData'], {};
-%!   {'getVar1Int', []},                      [id 'argumentIsEmpty'], {'''START'''};
-%!   {'getVaraInt', [0 0], zeros(1, 0)},      [id 'argumentIsEmpty'], {'''COUNT'''};
-%!   {'getVar1Int', 'ab'},                    [id 'argumentHasBadDatatype'], {'''START'''};
-%!   {'getVaraInt', [0 0], {1, 1}},           [id 'argumentHasBadDatatype'], {'''COUNT'''};
-%!   {'getVar1Int', [NaN 0]},                 [id 'indexArgumentNotFinite'], {};
-%!   {'getVaraInt', [0 0], [1 Inf]},          [id 'indexArgumentNotFinite'], {};
-%!   {'getVar1Int', [-1 0]},                  'QUARNA:imagesci:validate:argumentOutOfBounds', {};
-%!   {'getVaraInt', [0 0], int8([-1 1])},     'QUARNA:imagesci:validate:argumentOutOfBounds', {};
-%!   {'getVar1Int', [3 0]},                   lib, {'''getVar1Int''', 'NC_EINVALCOORDS'};
-%!   {'getVaraInt', [2 0], [2 1]},            lib, {'''getVaraInt''', 'NC_EEDGE'};
-%!   {'putVar1Int', [0 2], one},              lib, {'''putVar1Int''', 'NC_EINVALCOORDS'};
-%!   {'putVaraInt', [1 1], [3 1], int32([1 2 3])}, lib, {'''putVaraInt''', 'NC_EEDGE'};
-%!   {'putVar1Int', [0 0], 1},                [id 'argumentHasBadDatatype'], {'''data'''};
-%!   {'putVar1Uint64', [0 0], uint64(1)},     [id 'unrecognizedOperation'], {'''putVar1Uint64'''};
-%! };
-%! for k = 1:rows (cases)
-%!   call = cases{k, 1};
-%!   expect_error (call_failure (call{1}, nc, grid, call{2:end}), cases{k, 2}, cases{k, 3}{:});
-%! end
-%! expect_same (netcdflib ('getVarInt', nc, grid), int32 ([1 2 3; 4 5 6]'), 'nothing written');
-%! ## Index values are truncated toward zero, whatever their class.
-%! cases = {[1.7 1], 5;  [-0.5 1], 4;  [2.99 0.5], 3;  int8([1 1]), 5;  uint64([2 1]), 6;
-%!          single([1.2 1.9]), 5};
-%! for k = 1:rows (cases)
-%!   expect_same (netcdflib ('getVar1Int', nc, grid, cases{k, 1}), int32 (cases{k, 2}));
-%! end
 %! netcdflib ('close', nc);
 
 %!test

@@ -15,13 +15,9 @@
 %! n = 'QUARNA:imagesci:netcdf:';
 %! cases = {
 %!   {'nope'},                             [n 'unrecognizedOperation'];
-%!   {'Open', missing, 'NC_NOWRITE'},      [n 'unrecognizedOperation'];
 %!   {'inqLibVers', 1},                    'QUARNA:imagesci:validate:wrongNumberOfInputs';
-%!   {'parameter'},                        'QUARNA:imagesci:validate:wrongNumberOfInputs';
 %!   {'parameter', 'NC_NOPE'},             [n 'unrecognizedCharParameter'];
-%!   {'parameter', ['ab'; 'cd']},          [n 'argumentWasNotChar'];
 %!   {'open', missing, 'NC_NOWRITE'},      [n 'libraryFailure'];
-%!   {'open', missing, 'NC_NOSUCHMODE'},   [n 'unrecognizedFileMode'];
 %!   {'inq', 1e12},                        'QUARNA:imagesci:validate:argumentOutOfBounds';
 %!   {},                                   'netcdflib:noOperation';
 %!   {3},                                  'netcdflib:badOperation';

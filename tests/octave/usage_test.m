@@ -1,4 +1,4 @@
-## How netcdflib is called: its help text and the number of outputs.
+## How netcdflib is called: its help text, the number of outputs and the class of ids.
 
 ## help prints the call form, how to list operations and constants, and an example.
 %!test
@@ -33,3 +33,20 @@
 %! catch err
 %!   assert (err.identifier, 'netcdflib:tooManyOutputs');
 %! end
+
+## Ids are doubles. An operation that fails on its output count after its work is done
+## still did that work.
+%!test
+%! work = scratch_dir ();
+%! file = fullfile (work, 'outputs.nc');
+%! ncid = netcdflib ('create', file, 'NC_CLOBBER');
+%! assert (class (ncid), 'double');
+%! try
+%!   x = netcdflib ('close', ncid);
+%!   error ('no error');
+%! catch err
+%!   assert (err.identifier, 'netcdflib:tooManyOutputs');
+%! end
+%! assert (! isempty (strfind (ncdump_text ('-h', file), 'netcdf outputs')));
+%! confirm_recursive_rmdir (false, 'local');
+%! rmdir (work, 's');

@@ -15,79 +15,63 @@
 namespace {
 
 using test::args;
-using test::callGateway;
-using test::charRow;
-using test::scalar;
+using test::call;
+using test::call1;
+using test::number;
 
 constexpr const char* kInvalidChar = "QUARNA:imagesci:netcdf:invalidCharErr";
+constexpr const char* kLibraryFailure = "QUARNA:imagesci:netcdf:libraryFailure";
 
-double number(const qvArrayPtr& a) { return *static_cast<const double*>(qvGetData(a.get())); }
+// netCDF-C's message for a status, without its "NetCDF: " prefix.
+std::string message(int status) { return nc_strerror(status) + 8; }
 
 // Text with a lone surrogate has no UTF-8 form; the converter's exception used to escape
 // the entry point.
 TEST(FuzzFindings, LoneSurrogatesInNamesAndTextAreInvalidCharacters) {
   const test::ScratchDir dir;
-  const qvArrayPtr ncid = std::move(
-      callGateway("create", {charRow(dir.file("s.nc")).get(), charRow("netcdf4").get()})[0]);
-  const qvArrayPtr lead = charRow(std::u16string(u"a\xd800"));
-  const qvArrayPtr trail = charRow(std::u16string(u"\xdc00z"));
-  const qvArrayPtr global = scalar<double>(NC_GLOBAL);
-  EXPECT_MSGID(callGateway("defDim", {ncid.get(), lead.get(), scalar<double>(2).get()}),
-               kInvalidChar, args());
-  EXPECT_MSGID(callGateway("putAttText", {ncid.get(), global.get(), charRow("t").get(),
-                                          scalar<double>(NC_CHAR).get(), trail.get()}),
-               kInvalidChar, args());
+  const qvArrayPtr ncid = call1("create", {dir.file("s.nc"), "netcdf4"});
+  const std::u16string lead(u"a\xd800"), trail(u"\xdc00z");
+  EXPECT_MSGID(call("defDim", {ncid, lead, 2}), kInvalidChar, args());
+  EXPECT_MSGID(call("putAttText", {ncid, NC_GLOBAL, "t", NC_CHAR, trail}), kInvalidChar, args());
   qvArrayPtr texts = createStringArray(1, 2);
   setStringElement(texts.get(), 1, u"\xd800");
-  EXPECT_MSGID(callGateway("putAttString", {ncid.get(), global.get(), charRow("s").get(),
-                                            scalar<double>(NC_STRING).get(), texts.get()}),
-               kInvalidChar, args());
-  EXPECT_MSGID(callGateway("parameter", {lead.get()}), kInvalidChar, args());
+  EXPECT_MSGID(call("putAttString", {ncid, NC_GLOBAL, "s", NC_STRING, texts}), kInvalidChar,
+               args());
+  EXPECT_MSGID(call("parameter", {lead}), kInvalidChar, args());
   // Nothing of the refused calls reached the file, and it still works.
-  const test::Outputs info = callGateway("inq", {ncid.get()});
+  const test::Outputs info = call("inq", {ncid});
   EXPECT_EQ(number(info[0]), 0.0);
   EXPECT_EQ(number(info[2]), 0.0);
-  callGateway("close", {ncid.get()});
+  call("close", {ncid});
 }
 
 // netCDF-C 4.9.0 crashed on these modes: creating a file of an unregistered user-defined
 // format, and opening a path as an in-memory image.
 TEST(FuzzFindings, ModesThatCrashNetcdfAreRefused) {
   const test::ScratchDir dir;
-  const qvArrayPtr path = charRow(dir.file("m.nc"));
-  const qvArrayPtr zero = scalar<double>(0);
+  const std::string path = dir.file("m.nc");
   for (const int mode : {NC_UDF0, NC_UDF1, NC_UDF0 | NC_NETCDF4, NC_UDF1 | NC_64BIT_OFFSET}) {
     SCOPED_TRACE(mode);
-    const qvArrayPtr m = scalar<double>(mode);
-    EXPECT_MSGID(callGateway("create", {path.get(), m.get()}),
-                 "QUARNA:imagesci:netcdf:fileCreateErr", args());
-    EXPECT_MSGID(callGateway("pCreate", {path.get(), m.get(), zero.get(), zero.get()}),
-                 "QUARNA:imagesci:netcdf:fileCreateErr", args());
+    EXPECT_MSGID(call("create", {path, mode}), "QUARNA:imagesci:netcdf:fileCreateErr", args());
+    EXPECT_MSGID(call("pCreate", {path, mode, 0, 0}), "QUARNA:imagesci:netcdf:fileCreateErr",
+                 args());
   }
-  const qvArrayPtr created = std::move(callGateway("create", {path.get(), zero.get()})[0]);
-  callGateway("close", {created.get()});
-  const qvArrayPtr inMemory = scalar<double>(NC_INMEMORY);
-  const std::string message = nc_strerror(NC_EINVAL) + 8;
-  EXPECT_MSGID(callGateway("open", {path.get(), inMemory.get()}),
-               "QUARNA:imagesci:netcdf:libraryFailure", args("open", "NC_EINVAL", message));
-  EXPECT_MSGID(callGateway("pOpen", {path.get(), inMemory.get(), zero.get()}),
-               "QUARNA:imagesci:netcdf:libraryFailure", args("pOpen", "NC_EINVAL", message));
-  const qvArrayPtr opened = std::move(callGateway("open", {path.get(), zero.get()})[0]);
-  callGateway("close", {opened.get()});
+  call("close", {call1("create", {path, 0})});
+  EXPECT_MSGID(call("open", {path, NC_INMEMORY}), kLibraryFailure,
+               args("open", "NC_EINVAL", message(NC_EINVAL)));
+  EXPECT_MSGID(call("pOpen", {path, NC_INMEMORY, 0}), kLibraryFailure,
+               args("pOpen", "NC_EINVAL", message(NC_EINVAL)));
+  call("close", {call1("open", {path, 0})});
 }
 
 // An attribute of an invalid type leaves a netCDF-4 file that netCDF-C 4.9.0 refuses to
 // close; unload used to leave such a file open.
 TEST(FuzzFindings, UnloadReleasesAFileThatRefusesToClose) {
   const test::ScratchDir dir;
-  const qvArrayPtr ncid = std::move(
-      callGateway("create", {charRow(dir.file("u.nc")).get(), charRow("netcdf4").get()})[0]);
+  const qvArrayPtr ncid = call1("create", {dir.file("u.nc"), "netcdf4"});
   const int id = static_cast<int>(number(ncid));
-  EXPECT_MSGID(
-      callGateway("putAttInt64", {ncid.get(), scalar<double>(NC_GLOBAL).get(), charRow("a").get(),
-                                  scalar<double>(74).get(), scalar<std::int64_t>(-1).get()}),
-      "QUARNA:imagesci:netcdf:libraryFailure",
-      args("putAttInt64", "NC_EBADTYPID", nc_strerror(NC_EBADTYPID) + 8));
+  EXPECT_MSGID(call("putAttInt64", {ncid, NC_GLOBAL, "a", 74, test::scalar<std::int64_t>(-1)}),
+               kLibraryFailure, args("putAttInt64", "NC_EBADTYPID", message(NC_EBADTYPID)));
   const qvWarningHandler previous =
       qvSetWarningHandler([](const resource_core::BaseMsgID&, const std::u16string&) {});
   QNTerminate();
@@ -104,12 +88,10 @@ TEST(FuzzFindings, AbortOfAGroupIdTheFileLacksLeavesTheFileUsable) {
   const std::string path = dir.file("a.nc");
   for (const char* mode : {"netcdf4", "clobber"}) {
     SCOPED_TRACE(mode);
-    const qvArrayPtr ncid =
-        std::move(callGateway("create", {charRow(path).get(), charRow(mode).get()})[0]);
-    const qvArrayPtr missing = scalar<double>(number(ncid) + 4);
-    EXPECT_MSGID(callGateway("abort", {missing.get()}), "QUARNA:imagesci:netcdf:libraryFailure",
-                 args("abort", "NC_EBADID", nc_strerror(NC_EBADID) + 8));
-    EXPECT_NO_THROW(callGateway("close", {ncid.get()}));
+    const qvArrayPtr ncid = call1("create", {path, mode});
+    EXPECT_MSGID(call("abort", {number(ncid) + 4}), kLibraryFailure,
+                 args("abort", "NC_EBADID", message(NC_EBADID)));
+    EXPECT_NO_THROW(call("close", {ncid}));
   }
 }
 
@@ -132,39 +114,28 @@ TEST(FuzzFindings, SubsetReadsRefuseCountsPastTheDimensionBeforeAllocating) {
   EXPECT_EQ(nc_get_vara_double(nc, v, start, five, buffer), NC_EEDGE);
   ASSERT_EQ(nc_close(nc), NC_NOERR);
 
-  const qvArrayPtr ncid =
-      std::move(callGateway("open", {charRow(path).get(), charRow("nowrite").get()})[0]);
-  const qvArrayPtr varid = scalar<double>(0), recid = scalar<double>(1);
-  const qvArrayPtr zero = test::array<double>({0}), zeros = test::array<double>({0, 0});
-  const std::string edge = nc_strerror(NC_EEDGE) + 8;
+  const qvArrayPtr ncid = call1("open", {path, "nowrite"});
+  const std::string edge = message(NC_EEDGE);
   for (const double count : {5.0, 2147483648.0, 4611686018427387904.0}) {
     SCOPED_TRACE(count);
-    const qvArrayPtr c = test::array<double>({count});
-    EXPECT_MSGID(callGateway("getVaraDouble", {ncid.get(), varid.get(), zero.get(), c.get()}),
-                 "QUARNA:imagesci:netcdf:libraryFailure", args("getVaraDouble", "NC_EEDGE", edge));
-    EXPECT_MSGID(callGateway("getVarsString", {ncid.get(), varid.get(), zero.get(), c.get(),
-                                               test::array<double>({1}).get()}),
-                 "QUARNA:imagesci:netcdf:libraryFailure", args("getVarsString", "NC_EEDGE", edge));
+    EXPECT_MSGID(call("getVaraDouble", {ncid, 0, 0, count}), kLibraryFailure,
+                 args("getVaraDouble", "NC_EEDGE", edge));
+    EXPECT_MSGID(call("getVarsString", {ncid, 0, 0, count, 1}), kLibraryFailure,
+                 args("getVarsString", "NC_EEDGE", edge));
   }
   // Along the unlimited dimension the length is the number of records, none here: a small
   // count gets netCDF-C's own answer, a huge one the same before allocating.
   for (const double records : {4.0, 2147483648.0}) {
     SCOPED_TRACE(records);
-    EXPECT_MSGID(callGateway("getVaraInt", {ncid.get(), recid.get(), zeros.get(),
-                                            test::array<double>({records, 1}).get()}),
-                 "QUARNA:imagesci:netcdf:libraryFailure",
-                 args("getVaraInt", "NC_EINVALCOORDS", nc_strerror(NC_EINVALCOORDS) + 8));
+    EXPECT_MSGID(call("getVaraInt",
+                      {ncid, 1, test::array<double>({0, 0}), test::array<double>({records, 1})}),
+                 kLibraryFailure, args("getVaraInt", "NC_EINVALCOORDS", message(NC_EINVALCOORDS)));
   }
   // A start past the end is still reported as such, and a count within bounds still reads.
-  EXPECT_MSGID(
-      callGateway("getVaraDouble", {ncid.get(), varid.get(), test::array<double>({9}).get(),
-                                    test::array<double>({9}).get()}),
-      "QUARNA:imagesci:netcdf:libraryFailure",
-      args("getVaraDouble", "NC_EINVALCOORDS", nc_strerror(NC_EINVALCOORDS) + 8));
-  const test::Outputs all = callGateway(
-      "getVaraDouble", {ncid.get(), varid.get(), zero.get(), test::array<double>({4}).get()});
-  EXPECT_EQ(qvGetNumberOfElements(all[0].get()), 4u);
-  callGateway("close", {ncid.get()});
+  EXPECT_MSGID(call("getVaraDouble", {ncid, 0, 9, 9}), kLibraryFailure,
+               args("getVaraDouble", "NC_EINVALCOORDS", message(NC_EINVALCOORDS)));
+  EXPECT_EQ(qvGetNumberOfElements(call1("getVaraDouble", {ncid, 0, 0, 4}).get()), 4u);
+  call("close", {ncid});
 }
 
 // Switching fill values off for a variable-length variable made netCDF-C 4.9.0 write a
@@ -172,29 +143,19 @@ TEST(FuzzFindings, SubsetReadsRefuseCountsPastTheDimensionBeforeAllocating) {
 TEST(FuzzFindings, FillValuesOfVariableLengthDataStayOn) {
   const test::ScratchDir dir;
   const std::string path = dir.file("f.nc");
-  const qvArrayPtr ncid =
-      std::move(callGateway("create", {charRow(path).get(), charRow("netcdf4").get()})[0]);
-  const qvArrayPtr x = std::move(
-      callGateway("defDim", {ncid.get(), charRow("x").get(), scalar<double>(2).get()})[0]);
-  const qvArrayPtr vlen = std::move(
-      callGateway("defVlen", {ncid.get(), charRow("vi").get(), scalar<double>(NC_INT).get()})[0]);
-  const qvArrayPtr varid =
-      std::move(callGateway("defVar", {ncid.get(), charRow("v").get(), vlen.get(), x.get()})[0]);
-  const qvArrayPtr noFill = test::logicalScalar(true);
-  const std::string invalid = nc_strerror(NC_EINVAL) + 8;
-  EXPECT_MSGID(callGateway("defVarFill", {ncid.get(), varid.get(), noFill.get(), noFill.get()}),
-               "QUARNA:imagesci:netcdf:libraryFailure", args("defVarFill", "NC_EINVAL", invalid));
+  const qvArrayPtr ncid = call1("create", {path, "netcdf4"});
+  const qvArrayPtr x = call1("defDim", {ncid, "x", 2});
+  const qvArrayPtr varid = call1("defVar", {ncid, "v", call1("defVlen", {ncid, "vi", NC_INT}), x});
+  const std::string invalid = message(NC_EINVAL);
+  EXPECT_MSGID(call("defVarFill", {ncid, varid, true, true}), kLibraryFailure,
+               args("defVarFill", "NC_EINVAL", invalid));
   // What netCDF-C itself answers for strings.
-  const qvArrayPtr s = std::move(callGateway(
-      "defVar", {ncid.get(), charRow("s").get(), scalar<double>(NC_STRING).get(), x.get()})[0]);
-  EXPECT_MSGID(callGateway("defVarFill", {ncid.get(), s.get(), noFill.get(), noFill.get()}),
-               "QUARNA:imagesci:netcdf:libraryFailure", args("defVarFill", "NC_EINVAL", invalid));
-  const test::Outputs fill = callGateway("inqVarFill", {ncid.get(), varid.get()});
-  EXPECT_FALSE(qvGetLogicals(fill[0].get())[0]);
-  EXPECT_NO_THROW(callGateway("close", {ncid.get()}));
-  const qvArrayPtr reopened =
-      std::move(callGateway("open", {charRow(path).get(), charRow("nowrite").get()})[0]);
-  callGateway("close", {reopened.get()});
+  const qvArrayPtr s = call1("defVar", {ncid, "s", NC_STRING, x});
+  EXPECT_MSGID(call("defVarFill", {ncid, s, true, true}), kLibraryFailure,
+               args("defVarFill", "NC_EINVAL", invalid));
+  EXPECT_FALSE(qvGetLogicals(call1("inqVarFill", {ncid, varid}).get())[0]);
+  EXPECT_NO_THROW(call("close", {ncid}));
+  call("close", {call1("open", {path, "nowrite"})});
 }
 
 // A netCDF-4 dimension sharing its name with a variable, group or type of its group left
@@ -202,38 +163,32 @@ TEST(FuzzFindings, FillValuesOfVariableLengthDataStayOn) {
 // name spaces apart.
 TEST(FuzzFindings, Netcdf4DimensionsShareNoNames) {
   const test::ScratchDir dir;
-  const std::string inUse = nc_strerror(NC_ENAMEINUSE) + 8;
+  const std::string inUse = message(NC_ENAMEINUSE);
   for (const char* mode : {"netcdf4", "clobber"}) {
     SCOPED_TRACE(mode);
     const std::string path = dir.file(std::string(mode) + ".nc");
-    const qvArrayPtr ncid =
-        std::move(callGateway("create", {charRow(path).get(), charRow(mode).get()})[0]);
-    const qvArrayPtr x = std::move(
-        callGateway("defDim", {ncid.get(), charRow("x").get(), scalar<double>(4).get()})[0]);
-    callGateway("defVar", {ncid.get(), charRow("s").get(), scalar<double>(NC_INT).get(), x.get()});
+    const qvArrayPtr ncid = call1("create", {path, mode});
+    const qvArrayPtr x = call1("defDim", {ncid, "x", 4});
+    call("defVar", {ncid, "s", NC_INT, x});
     const bool netcdf4 = std::string(mode) == "netcdf4";
     if (netcdf4) {
-      EXPECT_MSGID(callGateway("defDim", {ncid.get(), charRow("s").get(), scalar<double>(2).get()}),
-                   "QUARNA:imagesci:netcdf:libraryFailure", args("defDim", "NC_ENAMEINUSE", inUse));
-      EXPECT_MSGID(callGateway("renameDim", {ncid.get(), x.get(), charRow("s").get()}),
-                   "QUARNA:imagesci:netcdf:libraryFailure",
+      EXPECT_MSGID(call("defDim", {ncid, "s", 2}), kLibraryFailure,
+                   args("defDim", "NC_ENAMEINUSE", inUse));
+      EXPECT_MSGID(call("renameDim", {ncid, x, "s"}), kLibraryFailure,
                    args("renameDim", "NC_ENAMEINUSE", inUse));
-      EXPECT_MSGID(callGateway("defGrp", {ncid.get(), charRow("x").get()}),
-                   "QUARNA:imagesci:netcdf:libraryFailure", args("defGrp", "NC_ENAMEINUSE", inUse));
-      EXPECT_MSGID(
-          callGateway("defVlen", {ncid.get(), charRow("x").get(), scalar<double>(NC_INT).get()}),
-          "QUARNA:imagesci:netcdf:libraryFailure", args("defVlen", "NC_ENAMEINUSE", inUse));
+      EXPECT_MSGID(call("defGrp", {ncid, "x"}), kLibraryFailure,
+                   args("defGrp", "NC_ENAMEINUSE", inUse));
+      EXPECT_MSGID(call("defVlen", {ncid, "x", NC_INT}), kLibraryFailure,
+                   args("defVlen", "NC_ENAMEINUSE", inUse));
       // A subgroup may still name a dimension like one of its parent's.
-      const qvArrayPtr g = std::move(callGateway("defGrp", {ncid.get(), charRow("g").get()})[0]);
-      callGateway("defDim", {g.get(), charRow("s").get(), scalar<double>(2).get()});
+      call("defDim", {call1("defGrp", {ncid, "g"}), "s", 2});
     } else {
-      callGateway("defDim", {ncid.get(), charRow("s").get(), scalar<double>(2).get()});
+      call("defDim", {ncid, "s", 2});
     }
-    EXPECT_NO_THROW(callGateway("close", {ncid.get()}));
-    const qvArrayPtr reopened =
-        std::move(callGateway("open", {charRow(path).get(), charRow("nowrite").get()})[0]);
-    EXPECT_EQ(number(callGateway("inq", {reopened.get()})[0]), netcdf4 ? 1.0 : 2.0);
-    callGateway("close", {reopened.get()});
+    EXPECT_NO_THROW(call("close", {ncid}));
+    const qvArrayPtr reopened = call1("open", {path, "nowrite"});
+    EXPECT_EQ(number(call1("inq", {reopened})), netcdf4 ? 1.0 : 2.0);
+    call("close", {reopened});
   }
 }
 
@@ -251,18 +206,15 @@ TEST(FuzzFindings, SelectionsTooLargeToCountAreNotTheData) {
   ASSERT_EQ(nc_def_var(nc, "v", NC_INT, 2, dims, &v), NC_NOERR);
   ASSERT_EQ(nc_close(nc), NC_NOERR);
 
-  const qvArrayPtr ncid =
-      std::move(callGateway("open", {charRow(path).get(), charRow("write").get()})[0]);
+  const qvArrayPtr ncid = call1("open", {path, "write"});
   const std::uint64_t wraps = (std::uint64_t{1} << 63) + 1;
-  EXPECT_MSGID(callGateway("putVaraInt", {ncid.get(), scalar<double>(0).get(),
-                                          test::array<std::uint64_t>({0, 0}).get(),
-                                          test::array<std::uint64_t>({wraps, wraps}).get(),
-                                          scalar<std::int32_t>(7).get()}),
+  EXPECT_MSGID(call("putVaraInt",
+                    {ncid, 0, test::array<std::uint64_t>({0, 0}),
+                     test::array<std::uint64_t>({wraps, wraps}), test::scalar<std::int32_t>(7)}),
                "QUARNA:imagesci:netcdf:countNotEqualToData",
                args(std::numeric_limits<long>::max(), 1));
-  const test::Outputs dim = callGateway("inqDim", {ncid.get(), scalar<double>(0).get()});
-  EXPECT_EQ(number(dim[1]), 0.0);
-  callGateway("close", {ncid.get()});
+  EXPECT_EQ(number(call("inqDim", {ncid, 0})[1]), 0.0);
+  call("close", {ncid});
 }
 
 }  // namespace

@@ -34,16 +34,13 @@ Outcome overflowOf(F&& f) {
 
 TEST(IndexVector, EveryNumericClassIsReversedIntoNetcdfOrder) {
   const Sizes expected{5, 0, 2};
-  EXPECT_EQ(expected, getIndexVector(array<double>({2.9, -0.5, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<float>({2.5f, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::int8_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::uint8_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::int16_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::uint16_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::int32_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::uint32_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::int64_t>({2, 0, 5}).get(), "START"));
-  EXPECT_EQ(expected, getIndexVector(array<std::uint64_t>({2, 0, 5}).get(), "START"));
+  for (const auto& v : {array<double>({2.9, -0.5, 5}), array<float>({2.5f, 0, 5}),
+                        array<std::int8_t>({2, 0, 5}), array<std::uint8_t>({2, 0, 5}),
+                        array<std::int16_t>({2, 0, 5}), array<std::uint16_t>({2, 0, 5}),
+                        array<std::int32_t>({2, 0, 5}), array<std::uint32_t>({2, 0, 5}),
+                        array<std::int64_t>({2, 0, 5}), array<std::uint64_t>({2, 0, 5})}) {
+    EXPECT_EQ(expected, getIndexVector(v.get(), "START")) << qvGetClassID(v.get());
+  }
   // Shape does not matter: a column is read in linear order too.
   EXPECT_EQ(expected, getIndexVector(array<double>({2, 0, 5}, {3, 1}).get(), "COUNT"));
   EXPECT_EQ((Strides{-1, 3}), getStrideVector(array<std::int64_t>({3, -1}).get(), "STRIDE"));

@@ -96,16 +96,6 @@ TEST_F(Registry, TerminateWarnsOnceAndClosesAscending) {
   EXPECT_EQ(OpenFileRegistry::ids(), expected);
 }
 
-TEST_F(Registry, TerminateWithNothingOpenIsSilent) {
-  captureWarnings();
-  std::vector<int> closed;
-  closeLog = &closed;
-  QNTerminate();
-  closeLog = nullptr;
-  EXPECT_TRUE(warnings_.empty());
-  EXPECT_TRUE(closed.empty());
-}
-
 TEST_F(Registry, TerminateSurvivesAThrowingWarningHandler) {
   const test::ScratchDir dir;
   int ncid = -1;

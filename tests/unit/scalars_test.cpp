@@ -63,8 +63,20 @@ constexpr auto V = Outcome::Value;
 constexpr auto NEG = Outcome::NegativeOverflow;
 constexpr auto POS = Outcome::PositiveOverflow;
 
-TEST(GetScalar, IntBoundsAndTruncation) {
+// Each target at its bounds, from doubles, singles and integer classes.
+TEST(GetScalar, RangeBoundsOfEveryTarget) {
   const auto i = convertAs<int>;
+  const auto z = convertAs<std::size_t>;
+  const auto u = convertAs<unsigned long long>;
+  const auto l = convertAs<long long>;
+  const auto u32 = convertAs<unsigned int>;
+  const auto u16 = convertAs<unsigned short>;
+  const auto i16 = convertAs<short>;
+  const auto u8 = convertAs<unsigned char>;
+  const auto i8 = convertAs<signed char>;
+  const auto dbl = convertAs<double>;
+  const auto flt = convertAs<float>;
+  constexpr double kFltMax = 3.4028234663852886e38;
   runRangeCases({
       {"3.9", i, d(3.9), V, 3},
       {"-3.9", i, d(-3.9), V, -3},
@@ -83,32 +95,17 @@ TEST(GetScalar, IntBoundsAndTruncation) {
       {"int64 2^31", i, src<std::int64_t>(2147483648LL), POS},
       {"uint64 2^31", i, src<std::uint64_t>(2147483648ULL), POS},
       {"int8 -128", i, src<std::int8_t>(-128), V, -128},
-  });
-}
-
-TEST(GetScalar, UnsignedSizeBounds) {
-  const auto z = convertAs<std::size_t>;
-  const auto u = convertAs<unsigned long long>;
-  runRangeCases({
       {"size_t -0.5", z, d(-0.5), V, 0},
       {"size_t -1", z, d(-1.0), NEG},
       {"size_t 2^64", z, d(18446744073709551616.0), POS},
       {"size_t below 2^64", z, d(18446744073709549568.0), V, 18446744073709549568.0L},
-      {"size_t single -0.5", z, s(-0.5f), V, 0},
       {"size_t single -1", z, s(-1.0f), NEG},
       {"size_t single 2^64", z, s(18446744073709551616.0f), POS},
-      {"size_t int8 -1", z, src<std::int8_t>(-1), NEG},
       {"size_t int64 -1", z, src<std::int64_t>(-1), NEG},
       {"size_t uint64 max", z, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551615.0L},
       {"ull -1", u, d(-1.0), NEG},
       {"ull 2^64", u, d(18446744073709551616.0), POS},
       {"ull int64 -1", u, src<std::int64_t>(-1), NEG},
-  });
-}
-
-TEST(GetScalar, Int64Bounds) {
-  const auto l = convertAs<long long>;
-  runRangeCases({
       {"-2^63", l, d(-9223372036854775808.0), NEG},
       {"2^63", l, d(9223372036854775808.0), POS},
       {"above -2^63", l, d(-9223372036854774784.0), V, -9223372036854774784.0L},
@@ -117,63 +114,28 @@ TEST(GetScalar, Int64Bounds) {
       {"uint64 2^63", l, src<std::uint64_t>(9223372036854775808ULL), POS},
       {"uint64 2^63-1", l, src<std::uint64_t>(9223372036854775807ULL), V, 9223372036854775807.0L},
       {"int64 min", l, src<std::int64_t>(INT64_MIN), V, -9223372036854775808.0L},
-  });
-}
-
-TEST(GetScalar, SmallIntegerBounds) {
-  const auto u32 = convertAs<unsigned int>;
-  const auto u16 = convertAs<unsigned short>;
-  const auto i16 = convertAs<short>;
-  const auto u8 = convertAs<unsigned char>;
-  const auto i8 = convertAs<signed char>;
-  runRangeCases({
       {"u32 -1", u32, d(-1.0), NEG},
-      {"u32 -0.9", u32, d(-0.9), V, 0},
       {"u32 2^32", u32, d(4294967296.0), POS},
       {"u32 2^32-0.1", u32, d(4294967295.9), V, 4294967295.0L},
       {"u32 single 2^32", u32, s(4294967296.0f), POS},
-      {"u32 single -1", u32, s(-1.0f), NEG},
       {"u32 int32 -1", u32, src<std::int32_t>(-1), NEG},
-      {"u32 uint64 2^32", u32, src<std::uint64_t>(4294967296ULL), POS},
       {"u16 65536", u16, d(65536.0), POS},
       {"u16 65535.9", u16, d(65535.9), V, 65535},
       {"u16 -1", u16, d(-1.0), NEG},
-      {"u16 single -1", u16, s(-1.0f), NEG},
-      {"u16 single 65536", u16, s(65536.0f), POS},
       {"u16 int32 70000", u16, src<std::int32_t>(70000), POS},
-      {"u16 int16 -1", u16, src<std::int16_t>(-1), NEG},
       {"i16 -32769", i16, d(-32769.0), NEG},
       {"i16 -32768.9", i16, d(-32768.9), V, -32768},
       {"i16 32768", i16, d(32768.0), POS},
-      {"i16 32767.9", i16, d(32767.9), V, 32767},
-      {"i16 single -32769", i16, s(-32769.0f), NEG},
       {"i16 single -32768.5", i16, s(-32768.5f), V, -32768},
-      {"i16 single 32768", i16, s(32768.0f), POS},
-      {"i16 int32 32768", i16, src<std::int32_t>(32768), POS},
       {"i16 uint16 32768", i16, src<std::uint16_t>(32768), POS},
       {"u8 256", u8, d(256.0), POS},
       {"u8 255.9", u8, d(255.9), V, 255},
       {"u8 -1", u8, d(-1.0), NEG},
-      {"u8 single 256", u8, s(256.0f), POS},
-      {"u8 single -1", u8, s(-1.0f), NEG},
       {"u8 int8 -1", u8, src<std::int8_t>(-1), NEG},
-      {"u8 uint16 256", u8, src<std::uint16_t>(256), POS},
       {"i8 -129", i8, d(-129.0), NEG},
       {"i8 -128.9", i8, d(-128.9), V, -128},
       {"i8 128", i8, d(128.0), POS},
-      {"i8 127.9", i8, d(127.9), V, 127},
-      {"i8 single 128", i8, s(128.0f), POS},
-      {"i8 single -129", i8, s(-129.0f), NEG},
       {"i8 uint8 128", i8, src<std::uint8_t>(128), POS},
-      {"i8 int16 -129", i8, src<std::int16_t>(-129), NEG},
-  });
-}
-
-TEST(GetScalar, FloatingTargets) {
-  const auto dbl = convertAs<double>;
-  const auto flt = convertAs<float>;
-  constexpr double kFltMax = 3.4028234663852886e38;
-  runRangeCases({
       {"double 1e308", dbl, d(1e308), V, static_cast<long double>(1e308)},
       {"double from single", dbl, s(1.5f), V, 1.5L},
       // Rounded to nearest: 2^64-1 has no double.
@@ -201,7 +163,7 @@ TEST(GetScalar, EveryNumericClassIsAccepted) {
   }
 }
 
-TEST(GetScalar, NonFiniteRefusedExceptForFillValue) {
+TEST(GetScalar, NonFiniteOnlyForFillValue) {
   for (const double v : {kNaN, kInf, -kInf}) {
     SCOPED_TRACE(v);
     const qvArrayPtr dv = test::scalar<double>(v);
@@ -213,9 +175,6 @@ TEST(GetScalar, NonFiniteRefusedExceptForFillValue) {
     EXPECT_MSGID(getScalar<double>(dv.get(), "fillvalue"), kBadScalar,
                  args("fillvalue", "numeric"));
   }
-}
-
-TEST(GetScalar, NonFiniteFillValue) {
   const qvArrayPtr nan = test::scalar<double>(kNaN);
   const qvArrayPtr inf = test::scalar<double>(kInf);
   const qvArrayPtr negInf = test::scalar<double>(-kInf);
@@ -287,12 +246,6 @@ TEST(CheckFiniteForInteger, LooksAtTheFirstCountElements) {
 
   const qvArrayPtr inf = test::array<double>({0, -kInf});
   EXPECT_MSGID(checkFiniteForInteger(inf.get(), 2, "dimids"), kNotFinite, args("dimids"));
-}
-
-TEST(NumberOfElements, ProductOfDimensions) {
-  EXPECT_EQ(numberOfElements(test::zeros(qvDOUBLE_CLASS, {2, 3, 4}).get()), 24u);
-  EXPECT_EQ(numberOfElements(test::zeros(qvINT8_CLASS, {0, 3}).get()), 0u);
-  EXPECT_EQ(numberOfElements(test::zeros(qvCHAR_CLASS, {1, 1}).get()), 1u);
 }
 
 }  // namespace

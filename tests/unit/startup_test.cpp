@@ -57,14 +57,14 @@ bool firstCallsOfAProcess() {
   serviceLookup() = lookup.function();
   test::Outputs outputs;
   try {
-    outputs = test::callGateway("getConstantNames");
+    outputs = test::call("getConstantNames");
     return false;
   } catch (const std::runtime_error&) {
   }
   // Nothing of the failed call was done.
   if (outputs[0] || processServiceHolder().held()) return false;
-  outputs = test::callGateway("getConstantNames");
-  outputs = test::callGateway("getConstantNames");
+  outputs = test::call("getConstantNames");
+  outputs = test::call("getConstantNames");
   return outputs[0] && lookup.calls == 2 && processServiceHolder().held() == lookup.service;
 }
 

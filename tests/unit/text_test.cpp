@@ -12,8 +12,6 @@ namespace {
 using test::args;
 
 constexpr const char* kNotChar = "QUARNA:imagesci:netcdf:argumentWasNotChar";
-const std::u16string kTemperature = u"Temp\u00e9rature";
-const std::string kTemperatureUtf8 = "Temp\xc3\xa9rature";
 
 TEST(GetName, CharRowsAndEveryEmptyCharArray) {
   EXPECT_EQ(getName(test::charRow(std::string("lat")).get(), "variable"), "lat");
@@ -38,33 +36,6 @@ TEST(GetName, RefusesOtherShapesAndClasses) {
   }
 }
 
-TEST(GetName, Utf8BothWays) {
-  const qvArrayPtr name = test::charRow(kTemperature);
-  ASSERT_EQ(qvGetNumberOfElements(name.get()), 11u);
-  const std::string utf8 = getName(name.get(), "variable");
-  EXPECT_EQ(utf8.size(), 12u);
-  EXPECT_EQ(utf8, kTemperatureUtf8);
-
-  const qvArrayPtr back = makeNameResult(utf8.c_str());
-  EXPECT_EQ(qvGetClassID(back.get()), qvCHAR_CLASS);
-  EXPECT_TRUE(qvIsCharVector(back.get()));
-  EXPECT_EQ(test::charText(back.get()), kTemperature);
-}
-
-TEST(GetName, InvalidUtf16IsAnInvalidCharError) {
-  const qvArrayPtr lone = test::charRow(std::u16string(u"a\xd800z"));
-  EXPECT_MSGID(getName(lone.get(), "variable"), "QUARNA:imagesci:netcdf:invalidCharErr", args());
-}
-
-TEST(MakeAsciiText, OneCharacterPerByte) {
-  const qvArrayPtr text = makeAsciiText("NC_BYTE");
-  EXPECT_EQ(test::charText(text.get()), u"NC_BYTE");
-  EXPECT_TRUE(qvIsCharVector(text.get()));
-  const qvArrayPtr empty = makeAsciiText("");
-  EXPECT_EQ(qvGetNumberOfElements(empty.get()), 0u);
-  EXPECT_EQ(qvGetClassID(empty.get()), qvCHAR_CLASS);
-}
-
 TEST(GetFileName, AnyCharArray) {
   EXPECT_EQ(getFileName(test::charRow(std::string("/tmp/a.nc")).get(), "file"), "/tmp/a.nc");
   EXPECT_EQ(getFileName(test::charArray(u"", 0, 0).get(), "file"), "");
@@ -80,12 +51,6 @@ TEST(GetFileName, Refusals) {
                "QUARNA:imagesci:netcdf:invalidCharErr", args());
 }
 
-TEST(GetAttributeText, LengthInUtf8Bytes) {
-  const std::string text = getAttributeText(test::charRow(u"abc\u00e9").get());
-  EXPECT_EQ(text, "abc\xc3\xa9");
-  EXPECT_EQ(text.size(), 5u);
-}
-
 TEST(CharData, NarrowKeepsLowBytesWidenSignExtends) {
   const qvArrayPtr text = test::charRow(u"A\u00e9\u4e2d\u00ff");
   EXPECT_EQ(narrowCharData(text.get()), (std::vector<char>{'A', '\xe9', '\x2d', '\xff'}));
@@ -95,26 +60,6 @@ TEST(CharData, NarrowKeepsLowBytesWidenSignExtends) {
   std::vector<char16_t> wide(bytes.size());
   widenCharData(bytes.data(), bytes.size(), wide.data());
   EXPECT_EQ(wide, (std::vector<char16_t>{0x0041, 0xFFE9, 0xFF80, 0x007F, 0xFFFF, 0x0000}));
-}
-
-TEST(Utf8StringList, ElementsAsUtf8) {
-  qvArrayPtr strings = createStringArray(1, 3);
-  setStringElement(strings.get(), 0, u"a");
-  setStringElement(strings.get(), 2, kTemperature);
-  Utf8StringList list(strings.get());
-  ASSERT_EQ(list.size(), 3u);
-  EXPECT_STREQ(list.pointers()[0], "a");
-  EXPECT_STREQ(list.pointers()[1], "");
-  EXPECT_STREQ(list.pointers()[2], kTemperatureUtf8.c_str());
-
-  const std::uint64_t dims[] = {0, 0};
-  EXPECT_EQ(Utf8StringList(createStringArray(2, dims).get()).size(), 0u);
-}
-
-TEST(Utf8StringList, MissingElementRefused) {
-  qvArrayPtr strings = createStringArray(2, 2);
-  setStringMissing(strings.get(), 3);
-  EXPECT_MSGID(Utf8StringList list(strings.get()), "QUARNA:string:MissingNotSupported", args());
 }
 
 }  // namespace
