@@ -16,13 +16,14 @@ namespace {
 
 constexpr std::size_t kMaxRowLength = NC_MAX_VAR_DIMS;
 
-template <class T>
-std::vector<T> convertIndexVector(const qvArray* a, const std::string& name) {
+template <class List>
+List convertIndexVector(const qvArray* a, const std::string& name) {
+  using T = typename List::value_type;
   if (qvIsEmpty(a)) qvErrMsgId(QUARNA::imagesci::netcdf::argumentIsEmpty(name));
   const qvClassID cls = qvGetClassID(a);
   if (!qvIsNumericClassID(cls)) qvErrMsgId(QUARNA::imagesci::netcdf::argumentHasBadDatatype(name));
   const std::size_t n = qvGetNumberOfElements(a);
-  std::vector<T> out(n);
+  List out(n);
   visitNumericClass(cls, [&](auto sourceTag) {
     using S = decltype(sourceTag);
     const S* values = static_cast<const S*>(qvGetData(a));
@@ -59,12 +60,12 @@ std::vector<T> convertRow(const qvArray* a, const std::string& name, Truncate tr
 
 }  // namespace
 
-std::vector<std::size_t> getIndexVector(const qvArray* a, const std::string& name) {
-  return convertIndexVector<std::size_t>(a, name);
+IndexList getIndexVector(const qvArray* a, const std::string& name) {
+  return convertIndexVector<IndexList>(a, name);
 }
 
-std::vector<std::ptrdiff_t> getStrideVector(const qvArray* a, const std::string& name) {
-  return convertIndexVector<std::ptrdiff_t>(a, name);
+StrideList getStrideVector(const qvArray* a, const std::string& name) {
+  return convertIndexVector<StrideList>(a, name);
 }
 
 std::vector<int> getDimensionIdRow(const qvArray* a, const std::string& name) {

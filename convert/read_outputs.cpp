@@ -38,11 +38,11 @@ std::size_t elementCount(const DimList& dims) noexcept {
 }
 
 qvArrayPtr makeNumericOutput(qvClassID cls, const DimList& dims) {
-  return matrix::detail::do_create_uninitnumeric(dims, cls, qvREAL);
+  return matrix::detail::do_create_uninitnumeric(spanOf(dims), cls, qvREAL);
 }
 
 qvArrayPtr makeCharOutput(const DimList& dims, const char* bytes, std::size_t n) {
-  qvArrayPtr out = matrix::detail::do_create_numeric(dims, qvCHAR_CLASS, qvREAL);
+  qvArrayPtr out = matrix::detail::do_create_numeric(spanOf(dims), qvCHAR_CLASS, qvREAL);
   widenCharData(bytes, n, static_cast<char16_t*>(qvGetData(out.get())));
   return out;
 }

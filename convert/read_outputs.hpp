@@ -3,14 +3,22 @@
 // host order: nothing is transposed.
 #pragma once
 
+#include <boost/container/small_vector.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "qvhost/array.hpp"
 
-using DimList = std::vector<std::uint64_t>;
+// Result shapes are made on every read; common ranks need no heap allocation.
+using DimList = boost::container::small_vector<std::uint64_t, 8>;
+
+// A list of contiguous elements as a span (Boost's small vectors do not convert by
+// themselves).
+template <class List>
+std::span<const typename List::value_type> spanOf(const List& list) noexcept {
+  return {list.data(), list.size()};
+}
 
 // Whole variable: 1-by-1 for a scalar, n-by-1 for rank 1, the reversed lengths for higher
 // ranks, and 0-by-0 whenever there is no element at all.

@@ -47,7 +47,7 @@ qvArrayPtr elementFromRecord(int ncid, nc_type base, nc_type nestedBase, const n
 
 qvArrayPtr vlenToCells(int ncid, nc_type base, const nc_vlen_t* records, std::size_t m,
                        const DimList& dims) {
-  qvArrayPtr cells = matrix::detail::do_create_cell(dims);
+  qvArrayPtr cells = matrix::detail::do_create_cell(spanOf(dims));
   if (m == 0) return cells;
   const nc_type nestedBase = isAtomicType(base) ? NC_NAT : nestedVlenBase(ncid, base);
   for (std::size_t i = 0; i < m; ++i) {

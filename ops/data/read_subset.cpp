@@ -22,10 +22,12 @@ constexpr int kFirstOpId = 43;
 // more than the rest of its checks.
 constexpr std::size_t kCheckedFromElements = std::size_t{1} << 16;
 
-void refuseCountBeyondDimensions(int ncid, const std::vector<int>& dimids, const Selection& where,
+void refuseCountBeyondDimensions(int ncid, int varid, const Selection& where,
                                  const OperationRow& row) {
-  const std::optional<std::size_t> selected = elementProduct(where.count);
+  const std::optional<std::size_t> selected = elementProduct(spanOf(where.count));
   if (selected && *selected < kCheckedFromElements) return;
+  std::vector<int> dimids(where.count.size(), 0);
+  checkStatus(nc_inq_vardimid(ncid, varid, dimids.data()), row);
   bool beyond = false;
   std::vector<std::size_t> lengths(dimids.size(), 0);
   for (std::size_t d = 0; d < dimids.size(); ++d) {
@@ -53,10 +55,10 @@ void handleReadSubset(int, qvArrayPtr* plhs, int nInputs, const qvArray* const* 
   const Selection where = getSubset(inputs + 2, nInputs > 3, nInputs == 5);
   const VariableRank variable =
       checkSubsetLengths(ncid, varid, where, LengthReport::StartLength, row);
-  refuseCountBeyondDimensions(ncid, variable.dimids, where, row);
+  refuseCountBeyondDimensions(ncid, varid, where, row);
 
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  readVariableData(*kind, ncid, varid, variable.xtype, where, subsetReadShape(where.count), plhs,
-                   row);
+  readVariableData(*kind, ncid, varid, variable.xtype, where, subsetReadShape(spanOf(where.count)),
+                   plhs, row);
 }

@@ -10,10 +10,9 @@ Selection getSubset(const qvArray* const* inputs, bool hasCount, bool hasStride)
   Selection where;
   where.whole = false;
   where.start = getIndexVector(inputs[0], "START");
-  where.count = hasCount ? getIndexVector(inputs[1], "COUNT")
-                         : std::vector<std::size_t>(where.start.size(), 1);
-  where.stride = hasStride ? getStrideVector(inputs[2], "STRIDE")
-                           : std::vector<std::ptrdiff_t>(where.start.size(), 1);
+  where.count = hasCount ? getIndexVector(inputs[1], "COUNT") : IndexList(where.start.size(), 1);
+  where.stride =
+      hasStride ? getStrideVector(inputs[2], "STRIDE") : StrideList(where.start.size(), 1);
   return where;
 }
 
@@ -22,8 +21,7 @@ VariableRank checkSubsetLengths(int ncid, int varid, const Selection& where, Len
   char name[NC_MAX_NAME + 1] = {};
   int ndims = 0;
   nc_type xtype = NC_NAT;
-  int dimids[NC_MAX_VAR_DIMS];  // filled up to ndims by netCDF-C
-  checkStatus(nc_inq_var(ncid, varid, name, &xtype, &ndims, dimids, nullptr), row);
+  checkStatus(nc_inq_var(ncid, varid, name, &xtype, &ndims, nullptr, nullptr), row);
   const struct {
     const char* argument;
     std::size_t length;
@@ -39,5 +37,5 @@ VariableRank checkSubsetLengths(int ncid, int varid, const Selection& where, Len
                                                                   static_cast<long>(reported)));
     }
   }
-  return {ndims, xtype, std::vector<int>(dimids, dimids + ndims)};
+  return {ndims, xtype};
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "ops/data/variable_io.hpp"
 
@@ -17,10 +16,9 @@ enum class LengthReport { StartLength, OwnLength };
 struct VariableRank {
   int ndims;
   nc_type xtype;
-  std::vector<int> dimids;
 };
 
-// Asks netCDF-C for the variable's name, type, rank and dimensions in one call and checks
-// the three lengths in order START, COUNT, STRIDE.
+// Asks netCDF-C for the variable's name, type and rank and checks the three lengths in
+// order START, COUNT, STRIDE.
 VariableRank checkSubsetLengths(int ncid, int varid, const Selection& where, LengthReport report,
                                 const OperationRow& row);

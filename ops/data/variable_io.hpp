@@ -11,14 +11,15 @@
 #include <span>
 #include <vector>
 
+#include "convert/index.hpp"
 #include "convert/read_outputs.hpp"
 #include "convert/types.hpp"
 #include "gateway/operation.hpp"
 
 // Where in the variable: all of it, or a strided block (netCDF order).
 struct Selection {
-  std::vector<std::size_t> start, count;
-  std::vector<std::ptrdiff_t> stride;
+  IndexList start, count;
+  StrideList stride;
   bool whole = true;
 };
 

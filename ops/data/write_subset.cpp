@@ -25,7 +25,7 @@ void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inpu
   checkSubsetLengths(ncid, varid, where, LengthReport::OwnLength, row);
   // A selection too large to count (2^63 + 1 squared wraps to 1) is reported as the
   // largest count there is.
-  const std::optional<std::size_t> selected = elementProduct(where.count);
+  const std::optional<std::size_t> selected = elementProduct(spanOf(where.count));
   if (selected != count) {
     const long reported =
         selected ? static_cast<long>(*selected) : std::numeric_limits<long>::max();

@@ -13,8 +13,8 @@ namespace {
 
 using test::args;
 using test::array;
-using Sizes = std::vector<std::size_t>;
-using Strides = std::vector<std::ptrdiff_t>;
+using Sizes = IndexList;
+using Strides = StrideList;
 
 constexpr const char* kNotFinite = "QUARNA:imagesci:netcdf:indexArgumentNotFinite";
 
@@ -126,8 +126,9 @@ TEST(DimensionIdRow, NonDoubleRowThatReadsAsNaNFailsAsNonFinite) {
 
 TEST(ChunkSizeRow, TopBitAndNegativeValuesWrap) {
   const double two63 = 9223372036854775808.0;
-  EXPECT_EQ((Sizes{20, 10}), getChunkSizeRow(array<double>({10.9, 20}).get(), "chunk dims"));
-  EXPECT_EQ((Sizes{(std::size_t{1} << 63) + 2048, ~std::size_t{0}}),
+  EXPECT_EQ((std::vector<std::size_t>{20, 10}),
+            getChunkSizeRow(array<double>({10.9, 20}).get(), "chunk dims"));
+  EXPECT_EQ((std::vector<std::size_t>{(std::size_t{1} << 63) + 2048, ~std::size_t{0}}),
             getChunkSizeRow(array<double>({-1, two63 + 2048}).get(), "chunk dims"));
   EXPECT_MSGID(getChunkSizeRow(array<double>({HUGE_VAL}).get(), "chunk dims"),
                "QUARNA:imagesci:netcdf:invalidNaNInfForIntegerType", args("chunk dims"));
