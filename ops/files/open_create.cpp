@@ -2,7 +2,9 @@
 // File names go to netCDF-C as given, paths and remote URLs alike.
 #include <netcdf.h>
 
+#include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <initializer_list>
 #include <string>
 
@@ -48,9 +50,27 @@ int statusOfUnsafeMode(int mode, bool creating) {
   return (mode & NC_INMEMORY) != 0 ? NC_EINVAL : NC_NOERR;
 }
 
+// Whether a file this library keeps open is the file at path. HDF5 refuses to truncate a
+// file it has open (EACCES), but a classic-format create truncates it underneath netCDF-C,
+// which then reads garbage when it closes that file and crashes the host.
+bool isOpenHere(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return false;
+  for (const int ncid : OpenFileRegistry::ids()) {
+    std::size_t length = 0;
+    if (nc_inq_path(ncid, &length, nullptr) != NC_NOERR) continue;
+    std::string openPath(length, '\0');
+    if (nc_inq_path(ncid, nullptr, openPath.data()) != NC_NOERR) continue;
+    if (std::filesystem::equivalent(path, openPath, error)) return true;
+  }
+  return false;
+}
+
 int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
                int* ncid) {
   if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
+  // Under "noclobber" netCDF-C itself answers that the file exists.
+  if ((mode & NC_NOCLOBBER) == 0 && isOpenHere(path)) return EACCES;
   return chunkSize == nullptr ? nc_create(path.c_str(), mode, ncid)
                               : nc__create(path.c_str(), mode, initialSize, chunkSize, ncid);
 }

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <netcdf.h>
 
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -92,6 +94,27 @@ TEST(FuzzFindings, AbortOfAGroupIdTheFileLacksLeavesTheFileUsable) {
     EXPECT_MSGID(call("abort", {number(ncid) + 4}), kLibraryFailure,
                  args("abort", "NC_EBADID", message(NC_EBADID)));
     EXPECT_NO_THROW(call("close", {ncid}));
+  }
+}
+
+// Creating a file over one that is open here truncated it underneath netCDF-C, which then
+// crashed closing it. HDF5 refuses that for netCDF-4 with EACCES; so does netcdflib now,
+// whatever the format of either file.
+TEST(FuzzFindings, CreateOverAFileOpenHereIsRefused) {
+  const test::ScratchDir dir;
+  for (const char* format : {"netcdf4", "clobber"}) {
+    SCOPED_TRACE(format);
+    const std::string path = dir.file(std::string(format) + ".nc");
+    call("close", {call1("create", {path, format})});
+    const qvArrayPtr ncid = call1("open", {path, "nowrite"});
+    EXPECT_MSGID(call("create", {path, "clobber"}), kLibraryFailure,
+                 args("create", "13", std::strerror(EACCES)));
+    EXPECT_MSGID(call("pCreate", {path, "clobber", 0, 65536}), kLibraryFailure,
+                 args("pCreate", "13", std::strerror(EACCES)));
+    EXPECT_NO_THROW(call("inq", {ncid}));
+    EXPECT_NO_THROW(call("close", {ncid}));
+    // Once closed, the file may be created anew.
+    call("close", {call1("create", {path, "clobber"})});
   }
 }
 
