@@ -109,6 +109,13 @@ void handlePutAttribute(int, qvArrayPtr*, int, const qvArray* const* inputs,
       return;
     }
     default:
+      // Numbers convert to atomic types only. netCDF-C 4.9.0 reads numeric data given for
+      // a vlen of vlens as vlen records and crashes; for other user-defined types it
+      // returns a status that does not name the fault.
+      if (xtype > NC_MAX_ATOMIC_TYPE &&
+          nc_inq_user_type(ncid, xtype, nullptr, nullptr, nullptr, nullptr, nullptr) == NC_NOERR) {
+        checkStatus(NC_EBADTYPE, row);
+      }
       visitNumericKind(*kind, [&](auto traits) {
         using Traits = decltype(traits);
         requireDataClass(data, Traits::hostClass);

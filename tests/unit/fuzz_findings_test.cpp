@@ -118,6 +118,21 @@ TEST(FuzzFindings, CreateOverAFileOpenHereIsRefused) {
   }
 }
 
+// Numeric attribute data given a vlen of vlens as its type crashed netCDF-C 4.9.0, which
+// read the numbers as vlen records.
+TEST(FuzzFindings, NumericAttributesOfUserDefinedTypesAreRefused) {
+  const test::ScratchDir dir;
+  const qvArrayPtr ncid = call1("create", {dir.file("t.nc"), "netcdf4"});
+  const qvArrayPtr inner = call1("defVlen", {ncid, "inner", NC_INT});
+  const double outer = number(call1("defVlen", {ncid, "outer", inner}));
+  for (const double type : {number(inner), outer}) {
+    SCOPED_TRACE(type);
+    EXPECT_MSGID(call("putAttSchar", {ncid, NC_GLOBAL, "a", type, test::scalar<std::int8_t>(-1)}),
+                 kLibraryFailure, args("putAttSchar", "NC_EBADTYPE", message(NC_EBADTYPE)));
+  }
+  EXPECT_NO_THROW(call("close", {ncid}));
+}
+
 // A COUNT past the end of a dimension used to size the result first: 2^62 elements failed
 // the host's allocation (std::bad_alloc), 2^31 asked for 16 GiB before netCDF-C refused.
 TEST(FuzzFindings, SubsetReadsRefuseCountsPastTheDimensionBeforeAllocating) {
