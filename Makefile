@@ -41,9 +41,13 @@ bench: deps
 
 # Coverage-guided fuzzing of netcdflib (clang 14, libFuzzer, ASan, UBSan, LeakSanitizer):
 # the committed corpus must reach every operation, then FUZZ_SECONDS of fuzzing from it.
+# FUZZ_SEED and FUZZ_RUNS make a run repeatable: the same seed and number of inputs from
+# the same corpus give the same inputs (CI uses them; 0 and -1 mean random and unbounded).
 # New inputs go to $(FUZZ_BUILD)/fuzz-corpus, findings to $(FUZZ_BUILD)/fuzz-artifacts.
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 120
+FUZZ_SEED ?= 0
+FUZZ_RUNS ?= -1
 FUZZ_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
   UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
@@ -56,6 +60,7 @@ fuzz: deps
 	  -runs=0 tests/fuzz/corpus 2>$(FUZZ_BUILD)/fuzz-seeds.log; \
 	  status=$$?; grep -E '^(netcdflib_fuzzer:|SUMMARY)' $(FUZZ_BUILD)/fuzz-seeds.log; exit $$status
 	@env $(FUZZ_ENV) $(FUZZ_BUILD)/bin/netcdflib_fuzzer -max_total_time=$(FUZZ_SECONDS) \
+	  -seed=$(FUZZ_SEED) -runs=$(FUZZ_RUNS) \
 	  -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/fuzz-artifacts/ \
 	  $(FUZZ_BUILD)/fuzz-corpus tests/fuzz/corpus 2>$(FUZZ_BUILD)/fuzz.log; \
 	  status=$$?; grep -E '^(netcdflib_fuzzer:|stat::|SUMMARY|==[0-9]+==ERROR)' $(FUZZ_BUILD)/fuzz.log; \
