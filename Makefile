@@ -41,8 +41,9 @@ bench: deps
 
 # Coverage-guided fuzzing of netcdflib (clang 14, libFuzzer, ASan, UBSan, LeakSanitizer):
 # the committed corpus must reach every operation, then FUZZ_SECONDS of fuzzing from it.
-# FUZZ_SEED and FUZZ_RUNS make a run repeatable: the same seed and number of inputs from
-# the same corpus give the same inputs (CI uses them; 0 and -1 mean random and unbounded).
+# FUZZ_SEED and FUZZ_RUNS make a run nearly repeatable: the same seed and number of inputs
+# from the same corpus give largely the same inputs (CI uses them; 0 and -1 mean random
+# and unbounded).
 # New inputs go to $(FUZZ_BUILD)/fuzz-corpus, findings to $(FUZZ_BUILD)/fuzz-artifacts.
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 120
