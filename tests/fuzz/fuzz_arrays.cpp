@@ -129,25 +129,25 @@ qvArrayPtr numericScalar(qvClassID cls, double value, bool fromIntegerTable, std
   return a;
 }
 
-qvArrayPtr numericArray(const ArgSpec& spec) {
-  const qvClassID cls = kNumericClasses[spec.a % 10];
-  const bool complex = (spec.a & 0x10) != 0;
-  const auto dims = extentsOf(spec.shape, kMaxDataElements);
+qvArrayPtr numericArray(const ArgSpec& arg) {
+  const qvClassID cls = kNumericClasses[arg.a % 10];
+  const bool complex = (arg.a & 0x10) != 0;
+  const auto dims = extentsOf(arg.shape, kMaxDataElements);
   qvArrayPtr a = matrix::detail::do_create_numeric(dims, cls, complex ? qvCOMPLEX : qvREAL);
   const std::size_t n = elementCountOf(dims);
   visitNumericClass(cls, [&](auto tag) {
     using T = decltype(tag);
     auto* out = static_cast<T*>(qvGetData(a.get()));
     for (std::size_t i = 0; i < n; ++i) {
-      switch (spec.b % 4) {
+      switch (arg.b % 4) {
         case 1:
-          out[i] = fromDouble<T>(static_cast<std::int8_t>(spec.data[i]));
+          out[i] = fromDouble<T>(static_cast<std::int8_t>(arg.data[i]));
           break;
         case 2:
-          std::memcpy(&out[i], spec.data.data() + i * sizeof(T), sizeof(T));
+          std::memcpy(&out[i], arg.data.data() + i * sizeof(T), sizeof(T));
           break;
         case 3:
-          out[i] = special<T>(spec.data[i]);
+          out[i] = special<T>(arg.data[i]);
           break;
         default:
           break;
@@ -158,29 +158,29 @@ qvArrayPtr numericArray(const ArgSpec& spec) {
   return a;
 }
 
-qvArrayPtr charArray(const ArgSpec& spec) {
-  const auto dims = extentsOf(spec.shape, kMaxDataElements);
+qvArrayPtr charArray(const ArgSpec& arg) {
+  const auto dims = extentsOf(arg.shape, kMaxDataElements);
   qvArrayPtr a = matrix::detail::do_create_numeric(dims, qvCHAR_CLASS, qvREAL);
   auto* units = static_cast<char16_t*>(qvGetData(a.get()));
-  for (std::size_t i = 0; i < elementCountOf(dims); ++i) units[i] = unitOf(spec.data[i]);
+  for (std::size_t i = 0; i < elementCountOf(dims); ++i) units[i] = unitOf(arg.data[i]);
   return a;
 }
 
-qvArrayPtr logicalArray(const ArgSpec& spec) {
-  const auto dims = extentsOf(spec.shape, kMaxDataElements);
+qvArrayPtr logicalArray(const ArgSpec& arg) {
+  const auto dims = extentsOf(arg.shape, kMaxDataElements);
   qvArrayPtr a = matrix::detail::do_create_numeric(dims, qvLOGICAL_CLASS, qvREAL);
   bool* values = qvGetLogicals(a.get());
   for (std::size_t i = 0; i < elementCountOf(dims); ++i) {
-    values[i] = ((spec.data[i / 8] >> (i % 8)) & 1) != 0;
+    values[i] = ((arg.data[i / 8] >> (i % 8)) & 1) != 0;
   }
   return a;
 }
 
-qvArrayPtr cellArray(const ArgSpec& spec, const CallHistory& history, int depth) {
-  const auto dims = extentsOf(spec.shape, kMaxNestedElements);
+qvArrayPtr cellArray(const ArgSpec& arg, const CallHistory& history, int depth) {
+  const auto dims = extentsOf(arg.shape, kMaxNestedElements);
   qvArrayPtr a = matrix::detail::do_create_cell(dims);
-  for (std::size_t i = 0; i < spec.children.size() && i < elementCountOf(dims); ++i) {
-    const ArgSpec& child = spec.children[i];
+  for (std::size_t i = 0; i < arg.children.size() && i < elementCountOf(dims); ++i) {
+    const ArgSpec& child = arg.children[i];
     // An empty description whose shape byte is 0xFF leaves the element null.
     if (child.kind == ArgKind::Empty && child.b == 0xFF) continue;
     qvSetCell(a.get(), i, buildArray(child, history, depth + 1));
@@ -188,11 +188,11 @@ qvArrayPtr cellArray(const ArgSpec& spec, const CallHistory& history, int depth)
   return a;
 }
 
-qvArrayPtr stringArray(const ArgSpec& spec) {
-  const auto dims = extentsOf(spec.shape, kMaxNestedElements);
+qvArrayPtr stringArray(const ArgSpec& arg) {
+  const auto dims = extentsOf(arg.shape, kMaxNestedElements);
   qvArrayPtr a = createStringArray(dims.size(), dims.data());
-  for (std::size_t i = 0; i < spec.children.size() && i < elementCountOf(dims); ++i) {
-    const ArgSpec& element = spec.children[i];
+  for (std::size_t i = 0; i < arg.children.size() && i < elementCountOf(dims); ++i) {
+    const ArgSpec& element = arg.children[i];
     if (element.a == 0xFF) {
       setStringMissing(a.get(), i);
       continue;
@@ -204,19 +204,19 @@ qvArrayPtr stringArray(const ArgSpec& spec) {
   return a;
 }
 
-qvArrayPtr opaqueArray(const ArgSpec& spec) {
-  const auto dims = extentsOf(spec.shape, UINT64_MAX);
+qvArrayPtr opaqueArray(const ArgSpec& arg) {
+  const auto dims = extentsOf(arg.shape, UINT64_MAX);
   static constexpr std::array<qvClassID, 3> kOpaque = {qvSTRUCT_CLASS, qvFUNCTION_CLASS,
                                                        qvOBJECT_CLASS};
-  qvArrayPtr a = qvCreateOpaque(dims, kOpaque[spec.a % 3]);
+  qvArrayPtr a = qvCreateOpaque(dims, kOpaque[arg.a % 3]);
   // Classes a host may hold that the library has never heard of: the unknown and void
   // ids, and a header tag that resolves to nothing.
   static constexpr std::array<std::uint8_t, 3> kForeignTags = {qvUNKNOWN_CLASS, qvVOID_CLASS, 200};
-  if (spec.a % 6 >= 3) a->classTag = kForeignTags[spec.a % 6 - 3];
+  if (arg.a % 6 >= 3) a->classTag = kForeignTags[arg.a % 6 - 3];
   return a;
 }
 
-qvArrayPtr emptyArray(const ArgSpec& spec) {
+qvArrayPtr emptyArray(const ArgSpec& arg) {
   static constexpr std::array<std::array<std::uint64_t, 3>, 6> kShapes = {{
       {0, 0, 1},
       {1, 0, 1},
@@ -225,9 +225,9 @@ qvArrayPtr emptyArray(const ArgSpec& spec) {
       {0, 0, 2},
       {std::uint64_t{1} << 40, 0, 1},
   }};
-  const auto& shape = kShapes[spec.b % kShapes.size()];
+  const auto& shape = kShapes[arg.b % kShapes.size()];
   const std::vector<std::uint64_t> dims(shape.begin(), shape.end());
-  switch (spec.a % 14) {
+  switch (arg.a % 14) {
     case 10:
       return matrix::detail::do_create_numeric(dims, qvCHAR_CLASS, qvREAL);
     case 11:
@@ -237,7 +237,7 @@ qvArrayPtr emptyArray(const ArgSpec& spec) {
     case 13:
       return createStringArray(dims.size(), dims.data());
     default:
-      return matrix::detail::do_create_numeric(dims, kNumericClasses[spec.a % 14], qvREAL);
+      return matrix::detail::do_create_numeric(dims, kNumericClasses[arg.a % 14], qvREAL);
   }
 }
 
@@ -259,42 +259,42 @@ char16_t unitOf(std::uint8_t byte) {
   return byte < 0x80 ? static_cast<char16_t>(byte) : kAwkwardUnits[byte % kAwkwardUnits.size()];
 }
 
-qvArrayPtr buildArray(const ArgSpec& spec, const CallHistory& history, int depth) {
-  switch (spec.kind) {
+qvArrayPtr buildArray(const ArgSpec& arg, const CallHistory& history, int depth) {
+  switch (arg.kind) {
     case ArgKind::PoolId: {
-      const auto& pool = history.pool(static_cast<Pool>(spec.a % static_cast<int>(Pool::kCount)));
-      const double id = pool.empty() ? 0.0 : pool[spec.b % pool.size()];
-      const std::uint8_t cls = spec.data.empty() ? 0 : spec.data[0];
+      const auto& pool = history.pool(static_cast<Pool>(arg.a % static_cast<int>(Pool::kCount)));
+      const double id = pool.empty() ? 0.0 : pool[arg.b % pool.size()];
+      const std::uint8_t cls = arg.data.empty() ? 0 : arg.data[0];
       return numericScalar(kNumericClasses[cls % 10], id, false, 0);
     }
     case ArgKind::SmallInt:
-      return numericScalar(kNumericClasses[spec.b % 10], static_cast<std::int8_t>(spec.a), false,
+      return numericScalar(kNumericClasses[arg.b % 10], static_cast<std::int8_t>(arg.a), false,
                            0);
     case ArgKind::Special: {
-      const qvClassID cls = kNumericClasses[spec.b % 10];
-      return numericScalar(cls, 0.0, true, spec.a);
+      const qvClassID cls = kNumericClasses[arg.b % 10];
+      return numericScalar(cls, 0.0, true, arg.a);
     }
     case ArgKind::Numeric:
-      return numericArray(spec);
+      return numericArray(arg);
     case ArgKind::Char:
-      return charArray(spec);
+      return charArray(arg);
     case ArgKind::Word: {
-      const std::string& word = dictionary()[spec.a % dictionary().size()];
+      const std::string& word = dictionary()[arg.a % dictionary().size()];
       return matrix::create(word.data(), word.size());
     }
     case ArgKind::Logical:
-      return logicalArray(spec);
+      return logicalArray(arg);
     case ArgKind::Cell:
-      return cellArray(spec, history, depth);
+      return cellArray(arg, history, depth);
     case ArgKind::String:
-      return stringArray(spec);
+      return stringArray(arg);
     case ArgKind::Opaque:
-      return opaqueArray(spec);
+      return opaqueArray(arg);
     case ArgKind::Empty:
-      return emptyArray(spec);
+      return emptyArray(arg);
     case ArgKind::Output:
       if (!history.outputs.empty()) {
-        return qvShareArray(history.outputs[spec.a % history.outputs.size()].get());
+        return qvShareArray(history.outputs[arg.a % history.outputs.size()].get());
       }
       return emptyArray(ArgSpec{});
     case ArgKind::kCount:

@@ -22,7 +22,7 @@ struct CallHistory {
   const std::vector<double>& pool(Pool p) const { return ids[static_cast<std::size_t>(p)]; }
 };
 
-qvArrayPtr buildArray(const ArgSpec& spec, const CallHistory& history, int depth = 0);
+qvArrayPtr buildArray(const ArgSpec& arg, const CallHistory& history, int depth = 0);
 
 // The first values (at most limit) of a real numeric array as doubles; nothing for every
 // other array.

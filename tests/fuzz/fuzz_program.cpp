@@ -56,117 +56,117 @@ std::uint64_t nestedCount(const std::vector<std::uint8_t>& shape) {
 }
 
 ArgSpec readArg(Reader& in, int depth) {
-  ArgSpec spec;
-  spec.kind = static_cast<ArgKind>(in.byte() % static_cast<std::uint8_t>(ArgKind::kCount));
-  switch (spec.kind) {
+  ArgSpec arg;
+  arg.kind = static_cast<ArgKind>(in.byte() % static_cast<std::uint8_t>(ArgKind::kCount));
+  switch (arg.kind) {
     case ArgKind::PoolId:
-      spec.a = in.byte();
-      spec.b = in.byte();
-      spec.data = in.bytes(1);  // class of the scalar
+      arg.a = in.byte();
+      arg.b = in.byte();
+      arg.data = in.bytes(1);  // class of the scalar
       break;
     case ArgKind::SmallInt:
     case ArgKind::Special:
     case ArgKind::Empty:
-      spec.a = in.byte();
-      spec.b = in.byte();
+      arg.a = in.byte();
+      arg.b = in.byte();
       break;
     case ArgKind::Word:
     case ArgKind::Output:
-      spec.a = in.byte();
+      arg.a = in.byte();
       break;
     case ArgKind::Numeric:
-      spec.a = in.byte();
-      spec.shape = readShape(in);
-      spec.b = in.byte();
-      spec.data = in.bytes(dataBytesOf(spec));
+      arg.a = in.byte();
+      arg.shape = readShape(in);
+      arg.b = in.byte();
+      arg.data = in.bytes(dataBytesOf(arg));
       break;
     case ArgKind::Char:
     case ArgKind::Logical:
-      spec.shape = readShape(in);
-      spec.data = in.bytes(dataBytesOf(spec));
+      arg.shape = readShape(in);
+      arg.data = in.bytes(dataBytesOf(arg));
       break;
     case ArgKind::Opaque:
-      spec.a = in.byte();
-      spec.shape = readShape(in);
+      arg.a = in.byte();
+      arg.shape = readShape(in);
       break;
     case ArgKind::Cell: {
-      spec.shape = readShape(in);
-      const std::uint64_t n = depth < kMaxDepth ? nestedCount(spec.shape) : 0;
-      for (std::uint64_t i = 0; i < n; ++i) spec.children.push_back(readArg(in, depth + 1));
+      arg.shape = readShape(in);
+      const std::uint64_t n = depth < kMaxDepth ? nestedCount(arg.shape) : 0;
+      for (std::uint64_t i = 0; i < n; ++i) arg.children.push_back(readArg(in, depth + 1));
       break;
     }
     case ArgKind::String: {
-      spec.shape = readShape(in);
-      const std::uint64_t n = nestedCount(spec.shape);
+      arg.shape = readShape(in);
+      const std::uint64_t n = nestedCount(arg.shape);
       for (std::uint64_t i = 0; i < n; ++i) {
         ArgSpec element;
         element.a = in.byte();  // 0xFF: missing; otherwise the length modulo 8
         if (element.a != 0xFF) element.data = in.bytes(element.a % 8);
-        spec.children.push_back(std::move(element));
+        arg.children.push_back(std::move(element));
       }
       break;
     }
     case ArgKind::kCount:
       break;
   }
-  return spec;
+  return arg;
 }
 
-void writeArg(std::vector<std::uint8_t>& out, const ArgSpec& spec, int depth) {
-  out.push_back(static_cast<std::uint8_t>(spec.kind));
+void writeArg(std::vector<std::uint8_t>& out, const ArgSpec& arg, int depth) {
+  out.push_back(static_cast<std::uint8_t>(arg.kind));
   auto put = [&](const std::vector<std::uint8_t>& bytes) {
     out.insert(out.end(), bytes.begin(), bytes.end());
   };
-  switch (spec.kind) {
+  switch (arg.kind) {
     case ArgKind::PoolId:
-      out.push_back(spec.a);
-      out.push_back(spec.b);
-      out.push_back(spec.data.empty() ? 0 : spec.data[0]);
+      out.push_back(arg.a);
+      out.push_back(arg.b);
+      out.push_back(arg.data.empty() ? 0 : arg.data[0]);
       break;
     case ArgKind::SmallInt:
     case ArgKind::Special:
     case ArgKind::Empty:
-      out.push_back(spec.a);
-      out.push_back(spec.b);
+      out.push_back(arg.a);
+      out.push_back(arg.b);
       break;
     case ArgKind::Word:
     case ArgKind::Output:
-      out.push_back(spec.a);
+      out.push_back(arg.a);
       break;
     case ArgKind::Numeric: {
-      out.push_back(spec.a);
-      put(spec.shape);
-      out.push_back(spec.b);
-      std::vector<std::uint8_t> data = spec.data;
-      data.resize(dataBytesOf(spec), 0);
+      out.push_back(arg.a);
+      put(arg.shape);
+      out.push_back(arg.b);
+      std::vector<std::uint8_t> data = arg.data;
+      data.resize(dataBytesOf(arg), 0);
       put(data);
       break;
     }
     case ArgKind::Char:
     case ArgKind::Logical: {
-      put(spec.shape);
-      std::vector<std::uint8_t> data = spec.data;
-      data.resize(dataBytesOf(spec), 0);
+      put(arg.shape);
+      std::vector<std::uint8_t> data = arg.data;
+      data.resize(dataBytesOf(arg), 0);
       put(data);
       break;
     }
     case ArgKind::Opaque:
-      out.push_back(spec.a);
-      put(spec.shape);
+      out.push_back(arg.a);
+      put(arg.shape);
       break;
     case ArgKind::Cell: {
-      put(spec.shape);
-      const std::uint64_t n = depth < kMaxDepth ? nestedCount(spec.shape) : 0;
+      put(arg.shape);
+      const std::uint64_t n = depth < kMaxDepth ? nestedCount(arg.shape) : 0;
       for (std::uint64_t i = 0; i < n; ++i) {
-        writeArg(out, i < spec.children.size() ? spec.children[i] : ArgSpec{}, depth + 1);
+        writeArg(out, i < arg.children.size() ? arg.children[i] : ArgSpec{}, depth + 1);
       }
       break;
     }
     case ArgKind::String: {
-      put(spec.shape);
-      const std::uint64_t n = nestedCount(spec.shape);
+      put(arg.shape);
+      const std::uint64_t n = nestedCount(arg.shape);
       for (std::uint64_t i = 0; i < n; ++i) {
-        const ArgSpec element = i < spec.children.size() ? spec.children[i] : ArgSpec{};
+        const ArgSpec element = i < arg.children.size() ? arg.children[i] : ArgSpec{};
         out.push_back(element.a);
         if (element.a != 0xFF) {
           std::vector<std::uint8_t> units = element.data;
@@ -225,16 +225,16 @@ std::size_t numericWidth(std::uint8_t classCode) {
   return kWidths[classCode % 10];
 }
 
-std::size_t dataBytesOf(const ArgSpec& spec) {
+std::size_t dataBytesOf(const ArgSpec& arg) {
   const std::size_t n =
-      spec.shape.empty() ? 0 : elementCountOf(extentsOf(spec.shape, kMaxDataElements));
-  switch (spec.kind) {
+      arg.shape.empty() ? 0 : elementCountOf(extentsOf(arg.shape, kMaxDataElements));
+  switch (arg.kind) {
     case ArgKind::Numeric:
-      switch (spec.b % 4) {
+      switch (arg.b % 4) {
         case 0:
           return 0;  // zeros
         case 2:
-          return n * numericWidth(spec.a);  // raw element bytes
+          return n * numericWidth(arg.a);  // raw element bytes
         default:
           return n;  // one byte per element: small values or special values
       }

@@ -65,7 +65,7 @@ inline constexpr std::uint64_t kMaxDataElements = 4096;
 inline constexpr std::uint64_t kMaxNestedElements = 12;
 
 // Number of data bytes a Numeric, Char or Logical description carries.
-std::size_t dataBytesOf(const ArgSpec& spec);
+std::size_t dataBytesOf(const ArgSpec& arg);
 // Bytes per element of the numeric class selected by a (0: double ... 9: uint64).
 std::size_t numericWidth(std::uint8_t classCode);
 
