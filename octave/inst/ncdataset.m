@@ -203,11 +203,7 @@ classdef ncdataset < handle
       cf = obj.cf_attributes (v);
       if (isempty (cf))
         if (nargout > 1)
-          if (isfloat (x))
-            missing = isnan (x);
-          else
-            missing = false (size (x));
-          end
+          missing = false (size (x));
         end
         return;
       end
@@ -530,22 +526,25 @@ classdef ncdataset < handle
     end
 
     function cf = cf_attributes (obj, v)
-      ## The decode kernel's arguments, or {} when nothing is to be decoded.
+      ## The decode kernel's arguments, or {} for a type that is not decoded. Without a
+      ## _FillValue, netCDF's default fill marks missing elements (bytes excepted, as
+      ## their default fill is an ordinary value), as it marks elements never written.
+      cf = {};
+      if (v.xtype == 2 || v.xtype > 11)
+        return;
+      end
       names = {'_FillValue', 'missing_value', 'valid_min', 'valid_max', 'valid_range', ...
                'scale_factor', 'add_offset', '_Unsigned'};
       vals = cell (1, numel (names));
-      found = false;
       for k = 0:v.natts - 1
         att = netcdflib ('inqAttName', v.ncid, v.varid, k);
         j = find (strcmp (att, names), 1);
         if (! isempty (j))
           vals{j} = read_attribute (v.ncid, v.varid, att, sprintf ('variable "%s"', v.name));
-          found = true;
         end
       end
-      cf = {};
-      if (! found || v.xtype == 2 || v.xtype > 11)
-        return;
+      if (isempty (vals{1}) && ! any (v.xtype == [1 7]))
+        vals{1} = netcdflib ('parameter', type_row (v.xtype).fill);
       end
       unsigned = any (v.xtype == [1 3 4 10]) && ischar (vals{8}) && strcmpi (vals{8}, 'true');
       vmin = vals{3};
