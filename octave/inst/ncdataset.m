@@ -146,7 +146,7 @@ classdef ncdataset < handle
     function v = get.Attributes (obj)
       id = obj.ncid ();
       v = obj.attribute_list (netcdflib ('parameter', 'NC_GLOBAL'), ...
-                              nth_output (4, 'inq', id));
+                              nth_output (3, 'inq', id));
     end
 
     function v = get.Groups (obj)
@@ -240,6 +240,10 @@ classdef ncdataset < handle
       end
       r = numel (v.lens);
       if (r == 1)
+        if (! isvector (x) && ! isempty (x))
+          error ('ncdataset:badArgument', ...
+                 'write: the data for variable "%s" of one dimension must be a vector', name);
+        end
         count = numel (x);
       else
         sz = size (x);
@@ -346,7 +350,8 @@ classdef ncdataset < handle
       obj.define_mode ();
       varid = nccall (what, 'defVar', id, name, xtype, dimids);
       if (! isempty (opts.Chunks))
-        nccall (what, 'defVarChunking', id, varid, 'NC_CHUNKED', double (opts.Chunks));
+        nccall (what, 'defVarChunking', id, varid, netcdflib ('parameter', 'NC_CHUNKED'), ...
+                double (opts.Chunks));
       end
       if (opts.Deflate > 0 || opts.Shuffle)
         nccall (what, 'defVarDeflate', id, varid, logical (opts.Shuffle), ...
@@ -386,6 +391,11 @@ classdef ncdataset < handle
       ## Child group @var{name} as a dataset of the same open file.
       ## @end deftypefn
       id = obj.ncid ();
+      if (! strcmp (obj.Format, 'netcdf4'))
+        ## netCDF-C answers a classic file's own id for any group name.
+        error ('ncdataset:noGroup', 'group "%s": a file of format %s has no groups', ...
+               name, obj.Format);
+      end
       gid = nccall (sprintf ('group "%s"', name), 'inqNcid', id, name);
       g = ncdataset ('__group__', obj.root (), gid);
     end

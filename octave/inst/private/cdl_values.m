@@ -20,7 +20,7 @@ function s = cdl_values (value, xtype)
     otherwise
       suffix = type_row (xtype).constant;
       if (isa (value, 'int64') || isa (value, 'uint64'))
-        s = strjoin (arrayfun (@(x) [int2str(x) suffix], value(:)', 'UniformOutput', false), ', ');
+        s = strjoin (arrayfun (@(x) [exact_int(x) suffix], value(:)', 'UniformOutput', false), ', ');
       else
         s = sprintf (['%d' suffix ', '], value);
         s = s(1:end-2);
@@ -34,4 +34,14 @@ function t = cdl_escape (t)
   t = strrep (t, "\n", '\n');
   t = strrep (t, "\t", '\t');
   t = strrep (t, "\r", '\r');
+end
+
+## sprintf is exact for one 64-bit integer, but not beyond the int64 range.
+function s = exact_int (x)
+  if (isa (x, 'uint64') && x > intmax ('int64'))
+    m = mod (x, uint64 (10));
+    s = sprintf ('%d%d', int64 ((x - m) / uint64 (10)), int64 (m));
+  else
+    s = sprintf ('%d', x);
+  end
 end
