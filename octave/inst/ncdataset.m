@@ -193,6 +193,7 @@ classdef ncdataset < handle
         end
       end
       call{1} = [call{1} read_suffix(v)];
+      obj.data_mode ();
       x = nccall (sprintf ('reading variable "%s"', name), call{:});
       if (! opts.Decode)
         if (nargout > 1)

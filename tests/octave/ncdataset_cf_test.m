@@ -135,6 +135,39 @@
 %! expect_same ([x m], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0], 'NaN to int');
 %! ds.close ();
 
+## The decode kernel at the edges of its types: 64-bit fill values exactly, attributes of
+## the signed twin taken bit for bit, bounds that exclude everything, NaN as missing in
+## floating point, a result class kept or made single, the stored array left alone.
+%!test
+%! big = intmax ('int64') - 1;
+%! ## stored, unsigned, missing, vmin, vmax, scale, offset, result, mask
+%! cases = {
+%!   [big; big - 1; 0], false, {big}, [], [], [], [], [big; big - 1; 0], [1; 0; 0];
+%!   [intmax('uint64') - 1; 5], false, {intmax('uint64') - 1}, [], [], [], [], [intmax('uint64') - 1; 5], [1; 0];
+%!   int16([-1; 1; -2]), true, {int16(-1)}, [], [], [], [], uint16([65535; 1; 65534]), [1; 0; 0];
+%!   int32([-1; 7]), true, {}, [], int32(-2), [], [], uint32([2^32 - 1; 7]), [1; 0];
+%!   int8([1; 2; 3]), false, {}, 2.5, 2.5, [], [], int8([1; 2; 3]), [1; 1; 1];
+%!   int8([1; 2; 3]), false, {}, 1.5, 2.5, [], [], int8([1; 2; 3]), [1; 0; 1];
+%!   int8([1; 2; 3]), false, {}, 300, [], [], [], int8([1; 2; 3]), [1; 1; 1];
+%!   int8([1; 2; 3]), false, {int8(2), [1000 3.5]}, -300, [], [], [], int8([1; 2; 3]), [0; 1; 0];
+%!   single([NaN; 1; 2]), false, {single(2)}, [], [], [], [], single([NaN; 1; NaN]), [1; 0; 1];
+%!   [NaN; 0.1; 3], false, {0.1}, [], 2, [], [], [NaN; NaN; NaN], [1; 1; 1];
+%!   int16([10; 20]), false, {int16(20)}, [], [], single(0.5), [], single([5; NaN]), [0; 1];
+%!   int16([10; 20]), false, {}, [], [], single(0.5), 1, [6; 11], [0; 0];
+%!   int8([-1; 2]), true, {}, [], [], [], single(1), single([256; 3]), [0; 0];
+%!   [1; 2], false, {}, [], [], single(2), single(1), [3; 5], [0; 0];
+%!   zeros(0, 3, 'int16'), false, {int16(0)}, [], [], 2, [], zeros(0, 3), false(0, 3)};
+%! for k = 1:rows (cases)
+%!   [x, m] = __ncdataset_decode__ (cases{k, 1:7});
+%!   expect_same (x, cases{k, 8}, sprintf ('case %d', k));
+%!   expect_same (m, logical (cases{k, 9}), sprintf ('case %d mask', k));
+%!   expect_same (__ncdataset_decode__ (cases{k, 1:7}), x, sprintf ('case %d one output', k));
+%! end
+%! stored = int16 ([1 2; 3 4]);
+%! x = __ncdataset_decode__ (stored, true, {int16(1)}, [], [], 2, 1);
+%! expect_same (stored, int16 ([1 2; 3 4]), 'stored left alone');
+%! expect_same (x, [NaN 5; 7 9], 'scaled 2-D');
+
 %!test
 %! confirm_recursive_rmdir (false, 'local');
 %! rmdir (work, 's');

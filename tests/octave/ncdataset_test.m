@@ -251,6 +251,20 @@
 %!   expect_error (err, 'ncdataset:closed', 'errors.nc');
 %! end
 
+## A read straight after the definitions of a classic file leaves define mode itself;
+## elements never written hold the default fill and read as missing.
+%!test
+%! ds = ncdataset (fullfile (work, 'fresh.nc'), 'c', 'Format', 'classic');
+%! ds.defineDimension ('x', 2);
+%! ds.defineVariable ('v', 'single', {'x'});
+%! [x, m] = ds.read ('v');
+%! expect_same ([x, m], single ([NaN 1; NaN 1]), 'unwritten');
+%! ds.defineVariable ('w', 'int16', {'x'});
+%! ds.write ('w', int16 (3), 2);
+%! [x, m] = ds.read ('w');
+%! expect_same ({x, m}, {int16([-32767; 3]), [true; false]}, 'second element');
+%! ds.close ();
+
 ## help shows the class and each method.
 %!test
 %! assert (! isempty (strfind (evalc ('help ncdataset'), 'CF decoding')));
