@@ -192,7 +192,7 @@ classdef ncdataset < handle
           call = {'getVars', v.ncid, v.varid, start, count, stride};
         end
       end
-      call{1} = [call{1} read_suffix(v)];
+      call{1} = [call{1} data_suffix(v, 'read')];
       obj.data_mode ();
       x = nccall (sprintf ('reading variable "%s"', name), call{:});
       if (! opts.Decode)
@@ -274,7 +274,7 @@ classdef ncdataset < handle
       if (r == 0)
         call = {'Var', v.ncid, v.varid, x};
       end
-      call{1} = ['put' call{1} write_suffix(v)];
+      call{1} = ['put' call{1} data_suffix(v, 'written')];
       obj.data_mode ();
       nccall (sprintf ('writing variable "%s"', name), call{:});
     end

@@ -5,7 +5,7 @@ function value = read_attribute (ncid, varid, attname, what)
   if (xtype >= 1 && xtype <= 12)
     op = ['getAtt' type_row(xtype).suffix];
   else
-    op = ['getAtt' read_suffix(struct ('ncid', ncid, 'xtype', xtype, 'name', attname))];
+    op = ['getAtt' data_suffix(struct ('ncid', ncid, 'xtype', xtype, 'name', attname), 'read')];
   end
   value = nccall (ctx, op, ncid, varid, attname);
 end
