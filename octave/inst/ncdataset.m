@@ -412,17 +412,12 @@ classdef ncdataset < handle
         printf ('  ncdataset of "%s" (closed)\n', obj.Path);
         return;
       end
-      [~, base] = fileparts (obj.Path);
       if (isempty (obj.Root))
-        head = sprintf ('netcdf %s {\n', base);
+        [~, name] = fileparts (obj.Path);
       else
-        head = sprintf ('group: %s {\n', netcdflib ('inqGrpName', obj.Id));
+        name = netcdflib ('inqGrpName', obj.Id);
       end
-      lines = header_lines (obj.Id, '', isempty (obj.Root));
-      if (! isempty (obj.Root))
-        lines{end} = sprintf ('} // group %s', netcdflib ('inqGrpName', obj.Id));
-      end
-      fputs (stdout, [head, strjoin(lines, "\n"), "\n"]);
+      fputs (stdout, __ncdataset_header__ (obj.Id, name, isempty (obj.Root)));
     end
   end
 

@@ -1,5 +1,6 @@
 """Writes a netCDF-4 file whose header exercises ncdump's CDL: attributes of every type,
-escapes, NaN and infinities, strings, empty text, nested and empty groups."""
+escapes, NaN and infinities, strings, empty text, user-defined types, names to escape,
+nested and empty groups."""
 
 import sys
 
@@ -39,4 +40,11 @@ w.units = 'm'
 g.note = 'n'
 g.createGroup('deeper').createVariable('z', 'u1', ())
 d.createGroup('empty')
+ragged = d.createVLType(np.int32, 'ragged')
+color = d.createEnumType(np.int8, 'color', {'red': -1, 'green': 1})
+pair = d.createCompoundType(np.dtype([('a', 'f4'), ('b', 'i2', (2, 3))]), 'pair')
+d.createVariable('r', ragged, ('x',))
+d.createVariable('e', color, ('x',), fill_value=np.int8(1))
+d.createVariable('c', pair, ('x',))
+d.createVariable('odd name', 'f8', ('x',)).setncattr('a:b', 1.5)
 d.close()
