@@ -251,6 +251,21 @@
 %!   expect_error (err, 'ncdataset:closed', 'errors.nc');
 %! end
 
+## A URL netCDF-C opens (NCZarr in a directory): created, written, read and shown as
+## ncdump shows it.
+%!test
+%! url = ['file://' fullfile(work, 'store.zarr') '#mode=nczarr,file'];
+%! ds = ncdataset (url, 'c');
+%! ds.defineDimension ('x', 3);
+%! ds.defineVariable ('v', 'int16', {'x'}, 'Attributes', {'scale_factor', 0.5});
+%! ds.write ('v', [1 2 NaN]);
+%! ds.close ();
+%! ds = ncdataset (url);
+%! [x, m] = ds.read ('v');
+%! expect_same ({x, m}, {[1; 2; NaN], [false; false; true]}, 'zarr');
+%! expect_same (evalc ('disp (ds)'), ncdump_text ('-h', url), 'zarr header');
+%! ds.close ();
+
 ## A read straight after the definitions of a classic file leaves define mode itself;
 ## elements never written hold the default fill and read as missing.
 %!test
