@@ -9,7 +9,8 @@ classdef ncdataset < handle
   ## @code{ncdataset (@var{path})} opens a file (or an OPeNDAP or Zarr URL, whatever
   ## netCDF-C opens) read-only; mode @qcode{'a'} opens it for writing; mode @qcode{'c'}
   ## creates it, replacing a file of that name, in the format @qcode{'netcdf4'} (the
-  ## default), @qcode{'netcdf4_classic'}, @qcode{'classic'} or @qcode{'64bit_offset'}.
+  ## default), @qcode{'netcdf4_classic'}, @qcode{'classic'}, @qcode{'64bit_offset'} or
+  ## @qcode{'64bit_data'} (CDF5).
   ##
   ## Properties (read-only): @code{Path}, @code{Format}, @code{Dimensions} (struct
   ## array: Name, Length, Unlimited), @code{Variables} (struct array: Name, Datatype,
@@ -66,8 +67,8 @@ classdef ncdataset < handle
       if (nargin < 2)
         mode = 'r';
       end
-      if (ischar (path) && strcmp (path, '__group__'))
-        ## Internal: a child group of an open file, ncdataset ('__group__', root, id).
+      if (isa (mode, 'ncdataset'))
+        ## A child group of an open file: ncdataset (PATH, ROOT, GROUP_ID).
         obj.Root = mode;
         obj.Id = varargin{1};
         obj.Path = mode.Path;
@@ -93,7 +94,7 @@ classdef ncdataset < handle
       end
       obj.IsOpen = true;
       obj.Path = path;
-      obj.Format = format_name (netcdflib ('inqFormat', obj.Id));
+      obj.Format = format_name (obj.Id);
     end
 
     function delete (obj)
@@ -383,7 +384,7 @@ classdef ncdataset < handle
       id = obj.ncid ();
       obj.define_mode ();
       gid = nccall (sprintf ('defining group "%s"', name), 'defGrp', id, name);
-      g = ncdataset ('__group__', obj.root (), gid);
+      g = ncdataset (obj.Path, obj.root (), gid);
     end
 
     function g = group (obj, name)
@@ -398,7 +399,7 @@ classdef ncdataset < handle
                name, obj.Format);
       end
       gid = nccall (sprintf ('group "%s"', name), 'inqNcid', id, name);
-      g = ncdataset ('__group__', obj.root (), gid);
+      g = ncdataset (obj.Path, obj.root (), gid);
     end
 
     function disp (obj)

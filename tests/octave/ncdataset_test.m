@@ -3,7 +3,7 @@
 
 %!shared work, formats
 %! work = scratch_dir ();
-%! formats = {'netcdf4', 'netcdf4_classic', 'classic', '64bit_offset'};
+%! formats = {'netcdf4', 'netcdf4_classic', 'classic', '64bit_offset', '64bit_data'};
 
 ## A file of each format through the interface alone: definitions (define mode entered and
 ## left without asking), attributes, whole writes, reads, and the properties that

@@ -10,8 +10,10 @@ function mode = create_mode (format)
       mode = p ('NC_CLOBBER');
     case '64bit_offset'
       mode = p ('NC_64BIT_OFFSET');
+    case '64bit_data'
+      mode = 32;                  # NC_64BIT_DATA, which netcdflib does not name
     otherwise
       error ('ncdataset:badArgument', ['ncdataset: ''Format'' must be ''netcdf4'', ' ...
-             '''netcdf4_classic'', ''classic'' or ''64bit_offset'', not ''%s'''], format);
+             '''netcdf4_classic'', ''classic'', ''64bit_offset'' or ''64bit_data'', not ''%s'''], format);
   end
 end
