@@ -517,7 +517,14 @@ classdef ncdataset < handle
       end
       for k = 1:natts
         a(k).Name = netcdflib ('inqAttName', obj.Id, varid, k - 1);
-        a(k).Value = read_attribute (obj.Id, varid, a(k).Name, what);
+        try
+          a(k).Value = read_attribute (obj.Id, varid, a(k).Name, what);
+        catch err
+          ## A value of a type there is no reading for yet is left empty, not the listing.
+          if (! strcmp (err.identifier, 'ncdataset:badType'))
+            rethrow (err);
+          end
+        end
       end
     end
 

@@ -20,6 +20,9 @@
 %!   ds.defineDimension ('time', Inf);
 %!   ds.setAttribute ('', 'title', 'all types');
 %!   ds.setAttribute ('', 'version', int16 ([1 2]));
+%!   if (nc4)
+%!     ds.setAttribute ('', 'names', {'a', char([98 195 169])});
+%!   end
 %!   types = {'double', 'single', 'int32', 'int16', 'int8'};
 %!   if (nc4)
 %!     types = [types, {'uint8', 'uint16', 'uint32', 'int64', 'uint64'}];
@@ -59,8 +62,11 @@
 %!   expect_same ({dims.Name; dims.Length; dims.Unlimited}, {'x', 'time'; 3, 2; false, true}, ...
 %!                [fmt ' Dimensions']);
 %!   atts = ds.Attributes;
-%!   expect_same ({atts.Name; atts.Value}, {'title', 'version'; 'all types', int16([1 2])}, ...
+%!   expect_same ({atts(1:2).Name; atts(1:2).Value}, {'title', 'version'; 'all types', int16([1 2])}, ...
 %!                [fmt ' Attributes']);
+%!   if (nc4)
+%!     expect_same (ds.attribute ('', 'names'), {'a', char([98 195 169])}, 'strings');
+%!   end
 %!   vars = ds.Variables;
 %!   expect_same ({vars.Name}, [strcat('v_', types), {'label', 'scalar', 'late'}], [fmt ' names']);
 %!   expect_same ({vars.Datatype}, [types, {'char', 'double', 'double'}], [fmt ' Datatype']);
@@ -264,6 +270,25 @@
 %! [x, m] = ds.read ('v');
 %! expect_same ({x, m}, {[1; 2; NaN], [false; false; true]}, 'zarr');
 %! expect_same (evalc ('disp (ds)'), ncdump_text ('-h', url), 'zarr header');
+%! ds.close ();
+
+## Variables of user-defined types: their Datatype names the type; vlen data read as cells.
+%!test
+%! file = fullfile (work, 'user.nc');
+%! script = fullfile (fileparts (file_in_loadpath ('ncdataset_test.m')), '..', 'interop', ...
+%!                    'header_sample.py');
+%! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s"', script, file));
+%! assert (status, 0, out);
+%! nc = netcdflib ('open', file, 'NC_WRITE');
+%! netcdflib ('putVarVlen', nc, netcdflib ('inqVarID', nc, 'r'), {int32([1; 2]); int32([]); int32(3)});
+%! netcdflib ('close', nc);
+%! ds = ncdataset (file);
+%! v = ds.Variables;
+%! types = containers.Map ({v.Name}, {v.Datatype});
+%! expect_same ({types('r'), types('e'), types('c'), types('str'), types('ch')}, ...
+%!              {'vlen:ragged', 'enum:color', 'compound:pair', 'string', 'char'}, 'Datatype');
+%! expect_same (ds.read ('r'), {int32([1; 2]); int32([]); int32(3)}, 'vlen');
+%! expect_same (ds.read ('r', 2, Inf), {int32([]); int32(3)}, 'vlen subset');
 %! ds.close ();
 
 ## A read straight after the definitions of a classic file leaves define mode itself;
