@@ -5,6 +5,14 @@
 %! work = scratch_dir ();
 %! formats = {'netcdf4', 'netcdf4_classic', 'classic', '64bit_offset', '64bit_data'};
 
+## The netCDF-4 file of tests/interop/header_sample.py, written by python3-netcdf4.
+%!function sample_file (file)
+%!  script = fullfile (fileparts (file_in_loadpath ('ncdataset_test.m')), '..', 'interop', ...
+%!                     'header_sample.py');
+%!  [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s"', script, file));
+%!  assert (status, 0, out);
+%!endfunction
+
 ## A file of each format through the interface alone: definitions (define mode entered and
 ## left without asking), attributes, whole writes, reads, and the properties that
 ## describe them; reopened read-only and for appending.
@@ -180,10 +188,7 @@
 ## type, escapes, NaN and infinities, strings, nested groups) and of this interface.
 %!test
 %! file = fullfile (work, 'dump.nc');
-%! script = fullfile (fileparts (file_in_loadpath ('ncdataset_test.m')), '..', 'interop', ...
-%!                    'header_sample.py');
-%! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s"', script, file));
-%! assert (status, 0, out);
+%! sample_file (file);
 %! ds = ncdataset (file);
 %! expect_same (evalc ('disp (ds)'), ncdump_text ('-h', file), 'python file');
 %! shown = evalc ('ds');
@@ -275,10 +280,7 @@
 ## Variables of user-defined types: their Datatype names the type; vlen data read as cells.
 %!test
 %! file = fullfile (work, 'user.nc');
-%! script = fullfile (fileparts (file_in_loadpath ('ncdataset_test.m')), '..', 'interop', ...
-%!                    'header_sample.py');
-%! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s"', script, file));
-%! assert (status, 0, out);
+%! sample_file (file);
 %! nc = netcdflib ('open', file, 'NC_WRITE');
 %! netcdflib ('putVarVlen', nc, netcdflib ('inqVarID', nc, 'r'), {int32([1; 2]); int32([]); int32(3)});
 %! netcdflib ('close', nc);
