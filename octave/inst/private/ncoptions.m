@@ -2,6 +2,10 @@ function [pos, opts] = ncoptions (args, opts, fname, all_named)
   ## Splits ARGS into positional arguments and name-value options (names in any case,
   ## from the first char argument on; every argument when ALL_NAMED); OPTS holds the
   ## defaults and gets the values given.
+  if (isempty (args))
+    pos = {};
+    return;
+  end
   if (nargin < 4)
     all_named = false;
   end
