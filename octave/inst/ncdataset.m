@@ -172,7 +172,8 @@ classdef ncdataset < handle
       ##
       ## CF decoding is on unless 'Decode' is false: a signed integer variable with
       ## @code{_Unsigned = "true"} reads as its unsigned class; elements equal to
-      ## @code{_FillValue} or any @code{missing_value}, or outside @code{valid_min},
+      ## @code{_FillValue} (without one, netCDF's default fill value, bytes excepted),
+      ## or to any @code{missing_value}, or outside @code{valid_min},
       ## @code{valid_max} or @code{valid_range}, are missing; with @code{scale_factor} or
       ## @code{add_offset} the result is @code{stored * scale_factor + add_offset} in
       ## double (single when those attributes are single).  Missing elements of a
