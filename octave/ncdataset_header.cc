@@ -102,26 +102,30 @@ std::string type_name(int ncid, nc_type t) {
   return cdl_name(name_of(nc_inq_type(ncid, t, name, nullptr), name, "type name"));
 }
 
-// The value of enum TYPE equal to the bytes at VALUE, by member name.
+// An enum value stored in the bytes at P, of integer type BASE.
+long long enum_value(nc_type base, const void* p) {
+  switch (base) {
+    case NC_BYTE: return *static_cast<const signed char*>(p);
+    case NC_UBYTE: return *static_cast<const unsigned char*>(p);
+    case NC_SHORT: return *static_cast<const short*>(p);
+    case NC_USHORT: return *static_cast<const unsigned short*>(p);
+    case NC_INT: return *static_cast<const int*>(p);
+    case NC_UINT: return *static_cast<const unsigned int*>(p);
+    default: return *static_cast<const long long*>(p);  // int64, uint64 (bits)
+  }
+}
+
+std::string enum_number(nc_type base, const void* p) {
+  if (base == NC_UINT64) return std::to_string(*static_cast<const unsigned long long*>(p));
+  return std::to_string(enum_value(base, p));
+}
+
+// The member of enum TYPE whose value is in the bytes at VALUE.
 std::string enum_member(int ncid, nc_type type, const void* value) {
+  nc_type base;
+  check(nc_inq_enum(ncid, type, nullptr, &base, nullptr, nullptr), "enum");
   char name[NC_MAX_NAME + 1];
-  check(nc_inq_enum_ident(ncid, type, [&] {
-          nc_type base;
-          size_t size;
-          check(nc_inq_enum(ncid, type, nullptr, &base, &size, nullptr), "enum");
-          long long v = 0;
-          switch (base) {
-            case NC_BYTE: v = *static_cast<const signed char*>(value); break;
-            case NC_UBYTE: v = *static_cast<const unsigned char*>(value); break;
-            case NC_SHORT: v = *static_cast<const short*>(value); break;
-            case NC_USHORT: v = *static_cast<const unsigned short*>(value); break;
-            case NC_INT: v = *static_cast<const int*>(value); break;
-            case NC_UINT: v = *static_cast<const unsigned int*>(value); break;
-            case NC_INT64: v = *static_cast<const long long*>(value); break;
-            default: v = static_cast<long long>(*static_cast<const unsigned long long*>(value));
-          }
-          return v;
-        }(), name), "enum member");
+  check(nc_inq_enum_ident(ncid, type, enum_value(base, value), name), "enum member");
   return cdl_name(name);
 }
 
@@ -134,13 +138,16 @@ std::string attribute_values(int ncid, int varid, const char* att, nc_type type,
     return quoted(text.data(), len);
   }
   if (type == NC_STRING) {
-    std::vector<char*> strings(len);
-    check(nc_get_att_string(ncid, varid, att, strings.data()), att);
+    // The strings netCDF-C allocates are freed however this scope is left.
+    struct Strings {
+      std::vector<char*> p;
+      ~Strings() { nc_free_string(p.size(), p.data()); }
+    } strings{std::vector<char*>(len, nullptr)};
+    check(nc_get_att_string(ncid, varid, att, strings.p.data()), att);
     for (size_t k = 0; k < len; ++k) {
       if (k) out += ", ";
-      out += strings[k] ? quoted(strings[k], std::strlen(strings[k])) : "NIL";
+      out += strings.p[k] ? quoted(strings.p[k], std::strlen(strings.p[k])) : "NIL";
     }
-    nc_free_string(len, strings.data());
     return out;
   }
   size_t size = 0;
@@ -217,23 +224,11 @@ void types(std::string& out, int ncid, const std::string& ind) {
         break;
       case NC_ENUM: {
         out += ind + "  " + type_name(ncid, base) + " enum " + tname + " {";
-        std::vector<char> value(8);
+        long long value = 0;
         for (size_t m = 0; m < nfields; ++m) {
           char member[NC_MAX_NAME + 1];
-          check(nc_inq_enum_member(ncid, t, static_cast<int>(m), member, value.data()), "enum");
-          std::string number;
-          integers<long long>(number, value, 1, "%lld");
-          switch (base) {
-            case NC_BYTE: number.clear(); integers<signed char>(number, value, 1, "%hhd"); break;
-            case NC_UBYTE: number.clear(); integers<unsigned char>(number, value, 1, "%hhu"); break;
-            case NC_SHORT: number.clear(); integers<short>(number, value, 1, "%hd"); break;
-            case NC_USHORT: number.clear(); integers<unsigned short>(number, value, 1, "%hu"); break;
-            case NC_INT: number.clear(); integers<int>(number, value, 1, "%d"); break;
-            case NC_UINT: number.clear(); integers<unsigned int>(number, value, 1, "%u"); break;
-            case NC_UINT64: number.clear(); integers<unsigned long long>(number, value, 1, "%llu"); break;
-            default: break;
-          }
-          out += (m ? ", " : "") + cdl_name(member) + " = " + number;
+          check(nc_inq_enum_member(ncid, t, static_cast<int>(m), member, &value), "enum");
+          out += (m ? ", " : "") + cdl_name(member) + " = " + enum_number(base, &value);
         }
         out += "} ;\n";
         break;
