@@ -240,6 +240,8 @@ classdef ncdataset < handle
       v = obj.variable (name);
       if (opts.Encode)
         x = obj.encode (v, x);
+      elseif (v.xtype != 2 && v.xtype <= 11)
+        x = cast_checked (x, type_row (v.xtype).class, v.name);   # the stored class, as is
       end
       r = numel (v.lens);
       if (r == 1)
@@ -583,10 +585,6 @@ classdef ncdataset < handle
       cf = obj.cf_attributes (v);
       t = type_row (v.xtype);
       cls = t.class;
-      if (isempty (cf))
-        x = cast_checked (x, cls, v.name);
-        return;
-      end
       [unsigned, missing, ~, ~, scale, offset] = cf{:};
       if (unsigned)
         cls = ['u' cls];

@@ -130,9 +130,15 @@
 %! end
 %! assert (max (abs (ds.read ('p') - [1; 2])) < 1e-12);
 %! ## Without encoding the values go to the file as they are.
-%! ds.write ('p', int16 ([-5 40000]), 'encode', false);
+%! ds.write ('p', [-5 32767], 'encode', false);
 %! expect_same (ds.read ('p', 'Decode', false), int16 ([-5; 32767]), 'not encoded');
 %! expect_same (ds.read ('p'), [19.95; 347.67], 'decoded');
+%! try
+%!   ds.write ('p', [-5 40000], 'encode', false);
+%!   error ('no error for 40000 as int16');
+%! catch err
+%!   expect_error (err, 'ncdataset:outOfRange', '"p"');
+%! end
 %! ## Without a fill value of its own, NaN in an integer variable is the default fill.
 %! ds.write ('i', [NaN 7]);
 %! [x, m] = ds.read ('i');
