@@ -9,16 +9,10 @@
 #include "ops/data/data.hpp"
 #include "ops/data/variable_io.hpp"
 
-namespace {
-constexpr int kFirstOpId = 30;
-}
-
 void handleReadWhole(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
                      const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
 
   nc_type xtype = NC_NAT;
   int ndims = 0;
@@ -28,5 +22,5 @@ void handleReadWhole(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
   std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
   for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
 
-  readVariableData(*kind, ncid, varid, xtype, Selection{}, wholeReadShape(lengths), plhs, row);
+  readVariableData(*row.meaning.kind, ncid, varid, xtype, Selection{}, wholeReadShape(lengths), plhs, row);
 }

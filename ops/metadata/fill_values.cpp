@@ -54,7 +54,7 @@ void defineFill(int ncid, int varid, const qvArray* value, const OperationRow& r
   if (const auto kind = numericKindOf(xtype)) {
     visitNumericKind(*kind, [&](auto traits) {
       using T = typename decltype(traits)::Element;
-      const T fill = getScalar<T>(value, kFillValue);
+      const T fill = getScalar<T>(value, kFillValue, ScalarUse::FillValue);
       checkStatus(nc_def_var_fill(ncid, varid, 0, &fill), row);
     });
   } else if (xtype == NC_CHAR) {
