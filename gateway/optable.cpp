@@ -1,3 +1,5 @@
+#include <netcdf.h>
+
 #include <array>
 
 #include "gateway/constants.hpp"
@@ -11,22 +13,22 @@ namespace {
 // Lookup order matters: the first row whose name matches is the one called. Rows arrive
 // here as their operations are built, each at its place in the final order.
 constexpr std::array kOperationTable = {
-    OperationRow{0, "abort", 1, handleDefineControl},
-    OperationRow{1, "close", 1, handleDefineControl},
+    OperationRow{0, "abort", 1, handleAbort},
+    OperationRow{1, "close", 1, handleClose},
     OperationRow{2, "copyAtt", 5, handleCopyAtt},
     OperationRow{3, "pCreate", 4, handleOpenCreate},
     OperationRow{4, "create", 2, handleOpenCreate},
     OperationRow{5, "defDim", 3, handleDimensions},
     OperationRow{6, "defGrp", 2, handleGroups},
     OperationRow{7, "defVar", 4, handleVariables},
-    OperationRow{8, "defVarChunking", 4, handleStorage},
-    OperationRow{9, "defVarDeflate", 5, handleStorage},
-    OperationRow{10, "defVarFill", 4, handleFillValues},
-    OperationRow{11, "defVarFletcher32", 3, handleStorage},
+    OperationRow{8, "defVarChunking", 4, handleDefVarChunking},
+    OperationRow{9, "defVarDeflate", 5, handleDefVarDeflate},
+    OperationRow{10, "defVarFill", 4, handleDefVarFill},
+    OperationRow{11, "defVarFletcher32", 3, handleDefVarFletcher32},
     OperationRow{12, "defVlen", 3, handleUserTypes},
     OperationRow{13, "delAtt", 3, handleDelAtt},
-    OperationRow{14, "pEndDef", 5, handleDefineControl},
-    OperationRow{15, "endDef", 1, handleDefineControl},
+    OperationRow{14, "pEndDef", 5, handlePEndDef},
+    OperationRow{15, "endDef", 1, handleFileCall<nc_enddef>},
     OperationRow{16, "getAttDouble", 3, handleGetAttribute},
     OperationRow{17, "getAttFloat", 3, handleGetAttribute},
     OperationRow{18, "getAttInt64", 3, handleGetAttribute},
@@ -110,16 +112,16 @@ constexpr std::array kOperationTable = {
     OperationRow{71, "inqNcid", 2, handleGroups},
     OperationRow{75, "inqVarID", 2, handleVariables},
     OperationRow{77, "inqVar", 2, handleVariables},
-    OperationRow{78, "inqVarChunking", 2, handleStorage},
-    OperationRow{79, "inqVarDeflate", 2, handleStorage},
-    OperationRow{83, "inqVarFletcher32", 2, handleStorage},
+    OperationRow{78, "inqVarChunking", 2, handleInqVarChunking},
+    OperationRow{79, "inqVarDeflate", 2, handleInqVarDeflate},
+    OperationRow{83, "inqVarFletcher32", 2, handleInqVarFletcher32},
     // Never reached: the two-input row above matches the name first.
     OperationRow{62, "inqDimIDs", 1, handleDimensions},
     OperationRow{72, "inqUnlimDims", 1, handleDimensions},
     OperationRow{73, "inqUserType", 2, handleUserTypes},
     OperationRow{74, "inqVlen", 2, handleUserTypes},
     OperationRow{76, "inqVarIDs", 1, handleVariables},
-    OperationRow{82, "inqVarFill", 2, handleFillValues},
+    OperationRow{82, "inqVarFill", 2, handleInqVarFill},
     OperationRow{137, "parameter", 1, handleParameter},
     OperationRow{84, "pOpen", 3, handleOpenCreate},
     OperationRow{85, "open", 2, handleOpenCreate},
@@ -189,13 +191,13 @@ constexpr std::array kOperationTable = {
     OperationRow{125, "putVar1Vlen", 4, handleWriteSubset},
     OperationRow{125, "putVaraVlen", 5, handleWriteSubset},
     OperationRow{125, "putVarsVlen", 6, handleWriteSubset},
-    OperationRow{126, "redef", 1, handleDefineControl},
+    OperationRow{126, "redef", 1, handleFileCall<nc_redef>},
     OperationRow{127, "renameAtt", 4, handleRenameAtt},
     OperationRow{128, "renameDim", 3, handleDimensions},
     OperationRow{129, "renameVar", 3, handleVariables},
     OperationRow{130, "setDefaultFormat", 1, handleFileSettings},
     OperationRow{131, "setFill", 2, handleFileSettings},
-    OperationRow{133, "sync", 1, handleDefineControl},
+    OperationRow{133, "sync", 1, handleFileCall<nc_sync>},
     OperationRow{134, "setChunkCache", 3, handleChunkCache},
     OperationRow{135, "getChunkCache", 0, handleChunkCache},
 };

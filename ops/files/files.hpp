@@ -5,8 +5,12 @@
 
 // "create", "pCreate", "open", "pOpen".
 NETCDFLIB_HANDLER(handleOpenCreate);
-// "close", "abort", "endDef", "pEndDef", "redef", "sync".
-NETCDFLIB_HANDLER(handleDefineControl);
+NETCDFLIB_HANDLER(handleClose);
+NETCDFLIB_HANDLER(handleAbort);
+NETCDFLIB_HANDLER(handlePEndDef);
+// "endDef", "redef", "sync": call on the ncid alone.
+template <int (*call)(int)>
+NETCDFLIB_HANDLER(handleFileCall);
 // "setFill", "setDefaultFormat", "inqFormat", "inqLibVers", "inq".
 NETCDFLIB_HANDLER(handleFileSettings);
 // "getChunkCache", "setChunkCache".

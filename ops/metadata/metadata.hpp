@@ -12,8 +12,11 @@ NETCDFLIB_HANDLER(handleVariables);
 // "defVlen", "inqUserType", "inqVlen".
 NETCDFLIB_HANDLER(handleUserTypes);
 
-// "defVarChunking", "inqVarChunking", "defVarDeflate", "inqVarDeflate",
-// "defVarFletcher32", "inqVarFletcher32".
-NETCDFLIB_HANDLER(handleStorage);
-// "defVarFill", "inqVarFill".
-NETCDFLIB_HANDLER(handleFillValues);
+NETCDFLIB_HANDLER(handleDefVarChunking);
+NETCDFLIB_HANDLER(handleInqVarChunking);
+NETCDFLIB_HANDLER(handleDefVarDeflate);
+NETCDFLIB_HANDLER(handleInqVarDeflate);
+NETCDFLIB_HANDLER(handleDefVarFletcher32);
+NETCDFLIB_HANDLER(handleInqVarFletcher32);
+NETCDFLIB_HANDLER(handleDefVarFill);
+NETCDFLIB_HANDLER(handleInqVarFill);
