@@ -18,10 +18,6 @@
 #include "qvhost/text.hpp"
 
 namespace {
-struct HostFree {
-  void operator()(void* p) const noexcept { qvFree(p); }
-};
-
 // netCDF-C refuses a null block even for an empty attribute.
 template <class T>
 const T* blockOrDummy(const qvArray* data) {
@@ -44,9 +40,8 @@ void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs
   const DataKind kind = *row.meaning.kind;
   switch (kind) {
     case DataKind::Text: {
-      // Zeroed and longer than the text, so that it always ends within the buffer (also
-      // when it is empty); decoding stops at the first zero byte.
-      const std::unique_ptr<char, HostFree> bytes(static_cast<char*>(qvCalloc(len + 1, 2)));
+      // Decoding stops at the first zero byte, also when the text is empty.
+      const auto bytes = zeroedText(len, 2);
       checkStatus(nc_get_att_text(ncid, varid, name.c_str(), bytes.get()), row);
       plhs[0] = makeNameResult(bytes.get());
       return;

@@ -26,12 +26,9 @@ void refuseCountBeyondDimensions(int ncid, int varid, const Selection& where,
   if (selected && *selected < kCheckedFromElements) return;
   std::vector<int> dimids(where.count.size(), 0);
   checkStatus(nc_inq_vardimid(ncid, varid, dimids.data()), row);
+  const std::vector<std::size_t> lengths = dimensionLengths(ncid, dimids, row);
   bool beyond = false;
-  std::vector<std::size_t> lengths(dimids.size(), 0);
-  for (std::size_t d = 0; d < dimids.size(); ++d) {
-    checkStatus(nc_inq_dimlen(ncid, dimids[d], &lengths[d]), row);
-    beyond = beyond || where.count[d] > lengths[d];
-  }
+  for (std::size_t d = 0; d < dimids.size(); ++d) beyond = beyond || where.count[d] > lengths[d];
   if (!beyond) return;
   for (const std::ptrdiff_t stride : where.stride) {
     if (stride < 1) checkStatus(NC_ESTRIDE, row);

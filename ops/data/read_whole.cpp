@@ -19,8 +19,7 @@ void handleReadWhole(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
   int dimids[NC_MAX_VAR_DIMS] = {};
   // Unchecked: a bad id leaves a scalar shape, and the read reports it.
   nc_inq_var(ncid, varid, nullptr, &xtype, &ndims, dimids, nullptr);
-  std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
-  for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
+  const auto lengths = dimensionLengths(ncid, {dimids, static_cast<std::size_t>(ndims)}, row);
 
   readVariableData(*row.meaning.kind, ncid, varid, xtype, Selection{}, wholeReadShape(lengths), plhs, row);
 }

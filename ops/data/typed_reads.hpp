@@ -4,10 +4,21 @@
 
 #include <netcdf.h>
 
+#include <memory>
+
 #include "convert/nc_buffers.hpp"
 #include "convert/read_outputs.hpp"
 #include "convert/vlen.hpp"
 #include "gateway/status.hpp"
+
+struct HostFree {
+  void operator()(void* p) const noexcept { qvFree(p); }
+};
+// Zeroed host memory for text that netCDF-C writes: a byte more than the text, so that
+// it always ends within the buffer.
+inline std::unique_ptr<char, HostFree> zeroedText(std::size_t n, std::size_t width) {
+  return std::unique_ptr<char, HostFree>(static_cast<char*>(qvCalloc(n + 1, width)));
+}
 
 // Numeric data lands straight in the result, which is placed in its slot first.
 template <class Element, class Read>

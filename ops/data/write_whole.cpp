@@ -21,8 +21,7 @@ void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
   int ndims = 0;
   int dimids[NC_MAX_VAR_DIMS] = {};
   checkStatus(nc_inq_var(ncid, varid, nullptr, nullptr, &ndims, dimids, nullptr), row);
-  std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
-  for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
+  const auto lengths = dimensionLengths(ncid, {dimids, static_cast<std::size_t>(ndims)}, row);
   const std::optional<std::size_t> product = elementProduct(lengths);
   if (product == 0u) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
   // Element counts only: shapes are not compared.
