@@ -1,6 +1,8 @@
 #include "convert/scalars.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <type_traits>
 
 #include "convert/truncate.hpp"
@@ -56,6 +58,21 @@ NETCDFLIB_SCALAR(short)
 NETCDFLIB_SCALAR(unsigned char)
 NETCDFLIB_SCALAR(signed char)
 #undef NETCDFLIB_SCALAR
+
+std::optional<int> getRawInt(const qvArray* a) {
+  if (qvGetClassID(a) == qvINT32_CLASS) return *static_cast<const int*>(qvGetData(a));
+  if (qvGetClassID(a) == qvDOUBLE_CLASS) {
+    return truncateToInt(*static_cast<const double*>(qvGetData(a)));
+  }
+  return std::nullopt;
+}
+
+float getRawSingle(const qvArray* a) {
+  float value = 0.0f;
+  const std::size_t bytes = qvGetNumberOfElements(a) * qvElementSize(qvGetClassID(a));
+  if (qvGetData(a) != nullptr) std::memcpy(&value, qvGetData(a), std::min(bytes, sizeof value));
+  return value;
+}
 
 bool getLogicalFlag(const qvArray* a, const std::string& name) {
   if (!qvIsLogicalScalar(a)) qvErrMsgId(QUARNA::imagesci::netcdf::expectedLogicalType(name));

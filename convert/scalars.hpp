@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "qvhost/array.hpp"
@@ -16,6 +17,12 @@ enum class ScalarUse { Plain, FillValue };
 // unsigned short, short, unsigned char, signed char.
 template <class T>
 T getScalar(const qvArray* a, const std::string& name, ScalarUse use = ScalarUse::Plain);
+
+// Taken as they stand, without checks: the first element of an int32 array, or of a
+// double array truncated; empty for other classes.
+std::optional<int> getRawInt(const qvArray* a);
+// The first four bytes of a's data as a single, never reading past its data block.
+float getRawSingle(const qvArray* a);
 
 bool getLogicalFlag(const qvArray* a, const std::string& name);
 

@@ -146,15 +146,6 @@ constexpr std::array<NamedConstant, 118> kConstants = {{
     {1, "NC_FLETCHER32", "FLETCHER32"},
 }};
 
-constexpr std::array<std::uint64_t, 2> kScalarDims{1, 1};
-
-template <class T>
-qvArrayPtr makeScalarOfClass(qvClassID cls, T value) {
-  qvArrayPtr a = matrix::detail::do_create_numeric(kScalarDims, cls, qvREAL);
-  *static_cast<T*>(qvGetData(a.get())) = value;
-  return a;
-}
-
 struct FillConstant {
   std::string_view shortName;
   qvArrayPtr (*make)();
@@ -162,20 +153,20 @@ struct FillConstant {
 
 // netCDF-C's default fill values, each in the host class of its type.
 constexpr std::array<FillConstant, 12> kFillConstants = {{
-    {"FILL_BYTE", [] { return makeScalarOfClass<std::int8_t>(qvINT8_CLASS, NC_FILL_BYTE); }},
-    {"FILL_UBYTE", [] { return makeScalarOfClass<std::uint8_t>(qvUINT8_CLASS, NC_FILL_UBYTE); }},
+    {"FILL_BYTE", [] { return makeScalarOf<std::int8_t>(qvINT8_CLASS, NC_FILL_BYTE); }},
+    {"FILL_UBYTE", [] { return makeScalarOf<std::uint8_t>(qvUINT8_CLASS, NC_FILL_UBYTE); }},
     {"FILL_CHAR",
-     [] { return makeScalarOfClass<char16_t>(qvCHAR_CLASS, static_cast<char16_t>(NC_FILL_CHAR)); }},
-    {"FILL_SHORT", [] { return makeScalarOfClass<std::int16_t>(qvINT16_CLASS, NC_FILL_SHORT); }},
+     [] { return makeScalarOf<char16_t>(qvCHAR_CLASS, static_cast<char16_t>(NC_FILL_CHAR)); }},
+    {"FILL_SHORT", [] { return makeScalarOf<std::int16_t>(qvINT16_CLASS, NC_FILL_SHORT); }},
     {"FILL_USHORT",
-     [] { return makeScalarOfClass<std::uint16_t>(qvUINT16_CLASS, NC_FILL_USHORT); }},
-    {"FILL_INT", [] { return makeScalarOfClass<std::int32_t>(qvINT32_CLASS, NC_FILL_INT); }},
-    {"FILL_UINT", [] { return makeScalarOfClass<std::uint32_t>(qvUINT32_CLASS, NC_FILL_UINT); }},
-    {"FILL_INT64", [] { return makeScalarOfClass<std::int64_t>(qvINT64_CLASS, NC_FILL_INT64); }},
+     [] { return makeScalarOf<std::uint16_t>(qvUINT16_CLASS, NC_FILL_USHORT); }},
+    {"FILL_INT", [] { return makeScalarOf<std::int32_t>(qvINT32_CLASS, NC_FILL_INT); }},
+    {"FILL_UINT", [] { return makeScalarOf<std::uint32_t>(qvUINT32_CLASS, NC_FILL_UINT); }},
+    {"FILL_INT64", [] { return makeScalarOf<std::int64_t>(qvINT64_CLASS, NC_FILL_INT64); }},
     {"FILL_UINT64",
-     [] { return makeScalarOfClass<std::uint64_t>(qvUINT64_CLASS, NC_FILL_UINT64); }},
-    {"FILL_FLOAT", [] { return makeScalarOfClass<float>(qvSINGLE_CLASS, NC_FILL_FLOAT); }},
-    {"FILL_DOUBLE", [] { return makeScalarOfClass<double>(qvDOUBLE_CLASS, NC_FILL_DOUBLE); }},
+     [] { return makeScalarOf<std::uint64_t>(qvUINT64_CLASS, NC_FILL_UINT64); }},
+    {"FILL_FLOAT", [] { return makeScalarOf<float>(qvSINGLE_CLASS, NC_FILL_FLOAT); }},
+    {"FILL_DOUBLE", [] { return makeScalarOf<double>(qvDOUBLE_CLASS, NC_FILL_DOUBLE); }},
     {"FILL_STRING", [] { return createStringArray(utf8_to_ustring(NC_FILL_STRING)); }},
 }};
 
@@ -214,10 +205,7 @@ void handleParameter(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/, const qvAr
 
 void handleGetConstantNames(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/,
                             const qvArray* const* /*inputs*/, const OperationRow& /*row*/) {
-  const std::array<std::uint64_t, 2> dims{kConstants.size(), 1};
-  qvArrayPtr names = matrix::detail::do_create_cell(dims);
-  for (std::size_t i = 0; i < kConstants.size(); ++i) {
-    qvSetCell(names.get(), i, makeAsciiText(kConstants[i].longName));
-  }
-  plhs[0] = std::move(names);
+  std::array<const char*, kConstants.size()> names{};
+  std::ranges::transform(kConstants, names.begin(), &NamedConstant::longName);
+  plhs[0] = makeTextColumn(names);
 }

@@ -1,28 +1,11 @@
 // The process-wide chunk cache of netCDF-4 files.
 #include <netcdf.h>
 
-#include <algorithm>
-#include <cstring>
-
 #include "convert/outputs.hpp"
 #include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/files/files.hpp"
-
-namespace {
-
-// The preemption is taken as the single it should be, unchecked: the first four bytes of
-// whatever was given, never reading past its data block.
-float rawPreemption(const qvArray* a) {
-  float preemption = 0.0f;
-  const std::size_t bytes = qvGetNumberOfElements(a) * qvElementSize(qvGetClassID(a));
-  if (qvGetData(a) != nullptr) {
-    std::memcpy(&preemption, qvGetData(a), std::min(bytes, sizeof preemption));
-  }
-  return preemption;
-}
-}  // namespace
 
 NETCDFLIB_HANDLER(handleGetChunkCache) {
   std::size_t size = 0, nelems = 0;
@@ -36,5 +19,5 @@ NETCDFLIB_HANDLER(handleGetChunkCache) {
 NETCDFLIB_HANDLER(handleSetChunkCache) {
   const auto size = getScalar<std::size_t>(inputs[0], "chunkSize");
   const auto nelems = getScalar<std::size_t>(inputs[1], "nelems");
-  checkStatus(nc_set_chunk_cache(size, nelems, rawPreemption(inputs[2])), row);
+  checkStatus(nc_set_chunk_cache(size, nelems, getRawSingle(inputs[2])), row);
 }

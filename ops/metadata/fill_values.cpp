@@ -96,7 +96,7 @@ void handleInqVarFill(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
   } else if (const auto cls = hostClassOf(xtype)) {
     // netCDF-C writes the value straight into the element; a char fill's one byte lands
     // in the low byte of the zeroed 16-bit character.
-    fill = matrix::detail::do_create_numeric(std::vector<std::uint64_t>{1, 1}, *cls, qvREAL);
+    fill = makeScalarOf(*cls);
     checkStatus(nc_inq_var_fill(ncid, varid, &noFill, qvGetData(fill.get())), row);
   } else {
     const nc_type base = fillVlenBase(ncid, xtype, row);

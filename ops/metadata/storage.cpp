@@ -62,16 +62,10 @@ void handleInqVarChunking(int, qvArrayPtr* plhs, int, const qvArray* const* inpu
               row);
   if (storage == NC_CONTIGUOUS) {
     plhs[0] = makeAsciiText("contiguous");
-    plhs[1] =
-        matrix::detail::do_create_numeric(std::vector<std::uint64_t>{0, 0}, qvDOUBLE_CLASS, qvREAL);
+    plhs[1] = makeEmptyDouble();
   } else if (storage == NC_CHUNKED) {
-    qvArrayPtr sizes = matrix::detail::do_create_uninitnumeric(
-        std::vector<std::uint64_t>{1, chunks.size()}, qvDOUBLE_CLASS, qvREAL);
-    // Back in host order.
-    std::transform(chunks.rbegin(), chunks.rend(), static_cast<double*>(qvGetData(sizes.get())),
-                   [](std::size_t c) { return static_cast<double>(c); });
     plhs[0] = makeAsciiText("chunked");
-    plhs[1] = std::move(sizes);
+    plhs[1] = makeHostOrderRow(chunks);
   } else {
     qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedChunkingCode(storage));
   }
