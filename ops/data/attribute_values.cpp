@@ -57,12 +57,12 @@ void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs
           [&](nc_vlen_t* buffer) { return nc_get_att(ncid, varid, name.c_str(), buffer); }, row);
       return;
     default:
-      visitNumericKind(kind, [&](auto traits) {
-        using Traits = decltype(traits);
-        readNumeric<typename Traits::Element>(
-            Traits::hostClass, dims, plhs[0],
-            [&](auto* buffer) { return Traits::getAtt(ncid, varid, name.c_str(), buffer); }, row);
-      });
+      readNumeric(
+          kind, dims, plhs[0],
+          [&](auto traits, auto* buffer) {
+            return decltype(traits)::getAtt(ncid, varid, name.c_str(), buffer);
+          },
+          row);
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "convert/nc_buffers.hpp"
 #include "convert/read_outputs.hpp"
+#include "convert/types.hpp"
 #include "convert/vlen.hpp"
 #include "gateway/status.hpp"
 
@@ -20,14 +21,18 @@ inline std::unique_ptr<char, HostFree> zeroedText(std::size_t n, std::size_t wid
   return std::unique_ptr<char, HostFree>(static_cast<char*>(qvCalloc(n + 1, width)));
 }
 
-// Numeric data lands straight in the result, which is placed in its slot first.
-template <class Element, class Read>
-void readNumeric(qvClassID cls, const DimList& dims, qvArrayPtr& slot, Read read,
+// Numeric data of kind lands straight in the result, which is placed in its slot first;
+// read(traits, buffer) reads with the kind's TypeTraits.
+template <class Read>
+void readNumeric(DataKind kind, const DimList& dims, qvArrayPtr& slot, Read read,
                  const OperationRow& row) {
-  qvArrayPtr out = makeNumericOutput(cls, dims);
-  auto* buffer = static_cast<Element*>(qvGetData(out.get()));
-  slot = std::move(out);
-  checkStatus(read(buffer), row);
+  visitNumericKind(kind, [&](auto traits) {
+    using Traits = decltype(traits);
+    qvArrayPtr out = makeNumericOutput(Traits::hostClass, dims);
+    auto* buffer = static_cast<typename Traits::Element*>(qvGetData(out.get()));
+    slot = std::move(out);
+    checkStatus(read(traits, buffer), row);
+  });
 }
 
 template <class Read>

@@ -74,12 +74,12 @@ void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const S
           row);
       return;
     default:
-      visitNumericKind(kind, [&](auto traits) {
-        using Traits = decltype(traits);
-        readNumeric<typename Traits::Element>(
-            Traits::hostClass, dims, plhs[0],
-            [&](auto* buffer) { return readInto<Traits>(ncid, varid, where, buffer); }, row);
-      });
+      readNumeric(
+          kind, dims, plhs[0],
+          [&](auto traits, auto* buffer) {
+            return readInto<decltype(traits)>(ncid, varid, where, buffer);
+          },
+          row);
   }
 }
 
