@@ -10,6 +10,7 @@
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/metadata.hpp"
 
 namespace {
@@ -18,7 +19,7 @@ template <class ID>
 void requireNetcdf4(int ncid, const OperationRow& row) {
   int format = 0;
   checkStatus(nc_inq_format(ncid, &format), row);
-  if (format != NC_FORMAT_NETCDF4 && format != NC_FORMAT_NETCDF4_CLASSIC) qvErrMsgId(ID());
+  if (!isNetcdf4Format(format)) qvErrMsgId(ID());
 }
 
 struct VariableRef {
