@@ -47,12 +47,13 @@ TEST(RowMeaning, ReadFromNames) {
   }
 }
 
-TEST(RowMeaning, EveryDataRowOfTheTableNamesAKind) {
+TEST(RowMeaning, EveryTypedDataRowOfTheTableNamesAKind) {
   int dataRows = 0;
   for (const OperationRow& row : operationTable()) {
     const std::string_view name = row.name;
-    if (!name.starts_with("getVar") && !name.starts_with("putVar") &&
-        !name.starts_with("getAtt") && !name.starts_with("putAtt")) {
+    // The typed data rows; untyped ones come after them.
+    if (row.opId > 137 || (!name.starts_with("getVar") && !name.starts_with("putVar") &&
+                           !name.starts_with("getAtt") && !name.starts_with("putAtt"))) {
       continue;
     }
     ++dataRows;
