@@ -243,7 +243,7 @@ classdef ncdataset < handle
       elseif (v.xtype != 2 && v.xtype <= 11)
         x = cast_checked (x, type_row (v.xtype).class, v.name);   # the stored class, as is
       end
-      r = numel (v.lens);
+      r = numel (v.dimids);
       if (r == 1)
         if (! isvector (x) && ! isempty (x))
           error ('ncdataset:badArgument', ...
@@ -458,7 +458,7 @@ classdef ncdataset < handle
     end
 
     function v = variable (obj, name)
-      ## What reads and writes need of a variable: ids, type, shape (Octave's order).
+      ## What reads and writes need of a variable: ids, type, dimension ids (Octave's order).
       id = obj.ncid ();
       if (! ischar (name) || ! (isrow (name) || isempty (name)))
         error ('ncdataset:badArgument', 'ncdataset: a variable name must be a character string');
@@ -471,11 +471,7 @@ classdef ncdataset < handle
       end
       [~, xtype, dimids, natts] = netcdflib ('inqVar', id, varid);
       v = struct ('ncid', id, 'varid', varid, 'name', name, 'xtype', xtype, ...
-                  'dimids', dimids, 'natts', natts, 'lens', []);
-      v.lens = zeros (1, numel (dimids));
-      for k = 1:numel (dimids)
-        [~, v.lens(k)] = netcdflib ('inqDim', id, dimids(k));
-      end
+                  'dimids', dimids, 'natts', natts);
     end
 
     function s = describe (obj, varid)
