@@ -3,6 +3,8 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
+# The project's own builds treat warnings as errors; a plain cmake build does not.
+WERROR = -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 
 .PHONY: deps configure build demo test sanitize-test bench fuzz fuzz-seeds format clean
 
@@ -10,7 +12,7 @@ deps:
 	@sh scripts/install-deps.sh
 
 configure: deps
-	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >/dev/null
+	@cmake -S . -B $(BUILD) $(WERROR) $(CMAKE_FLAGS) >/dev/null
 
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
@@ -23,7 +25,7 @@ test: build
 
 # The whole suite again under ASan, UBSan and LeakSanitizer.
 sanitize-test: deps
-	@cmake -S . -B $(ASAN_BUILD) -DNETCDFLIB_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
+	@cmake -S . -B $(ASAN_BUILD) $(WERROR) -DNETCDFLIB_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
 	@cmake --build $(ASAN_BUILD) -j $(JOBS)
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:abort_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
@@ -53,7 +55,7 @@ FUZZ_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
   UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 fuzz: deps
-	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+	@cmake -S . -B $(FUZZ_BUILD) $(WERROR) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target netcdflib_fuzzer
 	@mkdir -p $(FUZZ_BUILD)/fuzz-corpus $(FUZZ_BUILD)/fuzz-artifacts
@@ -69,7 +71,7 @@ fuzz: deps
 
 # Rewrites the committed seed corpus from tests/fuzz/seed_*.cpp.
 fuzz-seeds: deps
-	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+	@cmake -S . -B $(FUZZ_BUILD) $(WERROR) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target make_seeds
 	@rm -f tests/fuzz/corpus/seed-*

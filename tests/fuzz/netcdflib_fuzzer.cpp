@@ -84,9 +84,9 @@ bool takesFileName(const OperationRow& row) {
 
 // One line per input array, for following a finding by hand.
 std::string describe(const qvArray* a) {
-  std::string out = "class " + std::to_string(qvGetClassID(a)) + " [";
+  std::string out = std::string("class ").append(std::to_string(qvGetClassID(a))).append(" [");
   for (std::size_t i = 0; i < qvGetNumberOfDimensions(a); ++i) {
-    out += (i ? "x" : "") + std::to_string(qvGetDimensions(a)[i]);
+    out.append(i ? "x" : "").append(std::to_string(qvGetDimensions(a)[i]));
   }
   out += "]";
   if (qvGetClassID(a) == qvCHAR_CLASS) {
@@ -95,7 +95,7 @@ std::string describe(const qvArray* a) {
     out += "'";
   } else {
     // Only the leading values: enough to recognise ids and counts.
-    for (const double v : fuzz::numericValues(a, 4)) out += " " + std::to_string(v);
+    for (const double v : fuzz::numericValues(a, 4)) out.append(" ").append(std::to_string(v));
   }
   return out;
 }

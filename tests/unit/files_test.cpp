@@ -102,7 +102,7 @@ TEST(OpenCreate, EveryFormatByNameOrNumberReportsItsName) {
   };
   int k = 0;
   for (const auto& c : cases) {
-    const std::string path = dir.file("f" + std::to_string(k++) + ".nc");
+    const std::string path = dir.file(std::string("f").append(std::to_string(k++)).append(".nc"));
     call("close", {call1("create", {path, c.mode.get()})});
     const qvArrayPtr ncid = call1("open", {path, "nowrite"});
     EXPECT_EQ(c.format, text(call1("inqFormat", {ncid}))) << path;
