@@ -18,8 +18,12 @@ void handleDefineControl(int, qvArrayPtr*, int, const qvArray* const* inputs,
   switch (row.opId) {
     case kClose: {
       const int status = nc_close(ncid);
-      // Forgotten even when closing fails: the id cannot be trusted any more.
-      OpenFileRegistry::remove(ncid);
+      // NC_EBADID: netCDF-C did not know the id, so holds nothing of it.
+      if (status == NC_NOERR || status == NC_EBADID) {
+        OpenFileRegistry::remove(ncid);
+      } else {
+        OpenFileRegistry::release(ncid);
+      }
       checkStatus(status, row);
       return;
     }
