@@ -6,7 +6,8 @@ CMAKE_FLAGS ?=
 # The project's own builds treat warnings as errors; a plain cmake build does not.
 WERROR = -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 
-.PHONY: deps configure build demo test sanitize-test bench fuzz fuzz-seeds format clean
+.PHONY: deps configure build demo test sanitize-test release-check octave-package package-check \
+  bench fuzz fuzz-seeds format clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -30,6 +31,23 @@ sanitize-test: deps
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:abort_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	  UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+# What users get: a Release build with warnings as errors, installed into a temporary prefix
+# and used from a C++ program outside the tree (find_package, pkg-config) and from Octave.
+RELEASE_BUILD ?= build-release
+release-check: deps
+	@cmake -S . -B $(RELEASE_BUILD) -DCMAKE_BUILD_TYPE=Release $(WERROR) >/dev/null
+	@cmake --build $(RELEASE_BUILD) -j $(JOBS)
+	@sh tests/install/check-install.sh $(RELEASE_BUILD)
+
+# netcdflib-<version>.tar.gz, a package for Octave's `pkg install`.
+octave-package: deps
+	@sh scripts/octave-package.sh .
+
+# The package installed with `pkg install` into a temporary Octave prefix and used from a
+# new octave-cli after `pkg load netcdflib`, then uninstalled.
+package-check: deps
+	@sh tests/install/check-octave-package.sh $$(sh scripts/octave-package.sh .)
 
 # Benchmarks, not part of `make test`: every workload through netCDF-C, netcdflib from C++
 # and from Octave, and python3-netcdf4, with a table of the figures (see README). Needs
@@ -81,4 +99,4 @@ format:
 	@find gateway convert ops host octave tests examples bench -name '*.[ch]pp' -o -name '*.cc' | xargs clang-format -i
 
 clean:
-	@rm -rf $(BUILD) $(ASAN_BUILD)
+	@rm -rf $(BUILD) $(ASAN_BUILD) $(RELEASE_BUILD) netcdflib-*.tar.gz
