@@ -4,7 +4,7 @@ ASAN_BUILD ?= build-asan
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: deps configure build demo test sanitize-test bench fuzz fuzz-seeds format clean
+.PHONY: deps configure build demo test sanitize-test coverage count bench fuzz fuzz-seeds format clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -28,6 +28,23 @@ sanitize-test: deps
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:abort_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	  UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+# Line and function coverage of the product code (everything outside tests/, bench/ and
+# examples/) by the whole suite, Octave bridge included, then the suite's size against it.
+COV_BUILD ?= build-coverage
+coverage: deps
+	@cmake -S . -B $(COV_BUILD) -DNETCDFLIB_COVERAGE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
+	@cmake --build $(COV_BUILD) -j $(JOBS)
+	@find $(COV_BUILD) -name '*.gcda' -delete
+	@cd $(COV_BUILD) && ctest -j $(JOBS) >ctest.log; status=$$?; tail -n 3 ctest.log; exit $$status
+	@gcovr --root . --object-directory $(COV_BUILD) --exclude '(.*/)?tests/' --exclude 'bench/' \
+	  --exclude 'examples/' --exclude '$(COV_BUILD)/' --exclude-throw-branches --gcov-ignore-parse-errors \
+	  --txt $(COV_BUILD)/coverage.txt --print-summary | tail -n 3
+	@/usr/bin/python3 scripts/count-lines.py
+
+# The suite's size against the product code's, in code lines (see scripts/count-lines.py).
+count:
+	@/usr/bin/python3 scripts/count-lines.py
 
 # Benchmarks, not part of `make test`: every workload through netCDF-C, netcdflib from C++
 # and from Octave, and python3-netcdf4, with a table of the figures (see README). Needs
