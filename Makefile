@@ -38,7 +38,8 @@ coverage: deps
 	@find $(COV_BUILD) -name '*.gcda' -delete
 	@cd $(COV_BUILD) && ctest -j $(JOBS) >ctest.log; status=$$?; tail -n 3 ctest.log; exit $$status
 	@gcovr --root . --object-directory $(COV_BUILD) --exclude '(.*/)?tests/' --exclude 'bench/' \
-	  --exclude 'examples/' --exclude '$(COV_BUILD)/' --exclude-throw-branches --gcov-ignore-parse-errors \
+	  --exclude 'examples/' --exclude '$(COV_BUILD)/' --exclude '.*/FuzzedDataProvider.h' \
+	  --exclude-throw-branches --gcov-ignore-parse-errors \
 	  --txt $(COV_BUILD)/coverage.txt --print-summary | tail -n 3
 	@/usr/bin/python3 scripts/count-lines.py
 

@@ -66,3 +66,7 @@
 %!   assert (err.identifier, 'netcdflib:tooManyOutputs');
 %! end
 %! assert (! isempty (strfind (ncdump ('-h', file), 'netcdf outputs')));
+%! ## The named mode, by name and by value, keeps the file.
+%! for mode = {'NC_NOCLOBBER', netcdflib('parameter', 'NC_NOCLOBBER')}
+%!   assert (error_id ('create', file, mode{1}), 'QUARNA:imagesci:netcdf:fileOverwriteErr');
+%! end
