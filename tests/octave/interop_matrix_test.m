@@ -277,7 +277,7 @@
 %!                    'interop_matrix.py');
 %! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s" %s', script, work, ...
 %!                                  strjoin (ff(:, 1)', ' ')));
-%! assert (status, 0, out);
+%! assert (status == 0, '%s', out);
 %! python = regexp (out, '(\S+ \S+ \S+ \S+) ([^\n]*)', 'tokens');
 %! python = vertcat (python{:});
 %! ## One cell per format and type: pass, FAIL or - (not allowed, and refused).

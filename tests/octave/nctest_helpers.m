@@ -34,11 +34,11 @@ function out = python (code, varargin)
   fclose (fid);
   [status, out] = system (sprintf ('/usr/bin/python3 "%s"%s 2>&1', py, sprintf (' "%s"', varargin{:})));
   unlink (py);
-  assert (status, 0, out);
+  assert (status == 0, '%s', out);
 end
 
 function out = ncdump (varargin)
   % What ncdump prints for the given options and file; fails when ncdump does.
   [status, out] = system (['"' getenv('NETCDFLIB_NCDUMP') '"' sprintf(' "%s"', varargin{:}) ' 2>&1']);
-  assert (status, 0, out);
+  assert (status == 0, '%s', out);
 end

@@ -27,11 +27,12 @@
 %!   end
 %!   [status, out] = octave_run ([session "\n" endings{k} "\ndisp ('session over')\n"]);
 %!   where = sprintf ('"%s":\n%s', endings{k}, out);
-%!   assert (status, double (k == numel (endings)), where);
-%!   assert (numel (strfind (out, 'session over')), double (k <= 3), where);
-%!   assert (warnings (out), 1, where);
-%!   assert (numel (strfind (out, ['last warning: ' n 'closingFileHandle'])), double (k <= 3), where);
-%!   assert (regexp (out, '(?<=caught )[^\n]+', 'match'), caught, where);
+%!   assert (isequal (status, double (k == numel (endings))), '%s', where);
+%!   assert (isequal (numel (strfind (out, 'session over')), double (k <= 3)), '%s', where);
+%!   assert (isequal (warnings (out), 1), '%s', where);
+%!   assert (isequal (numel (strfind (out, ['last warning: ' n 'closingFileHandle'])), ...
+%!                    double (k <= 3)), '%s', where);
+%!   assert (isequal (regexp (out, '(?<=caught )[^\n]+', 'match'), caught), '%s', where);
 %!   for f = files
 %!     assert (! isempty (regexp (ncdump (f{1}), 'v =\s+1, 2, 3,\s+4, 5, 6 ;', 'once')), where);
 %!   end
@@ -46,7 +47,7 @@
 %!   w = "['v', 'w'] ([0, 0], 'pending')";
 %!   want = sprintf (["NETCDF4 %s ['v'] None\nNETCDF3_CLASSIC %s ['v'] None\n" ...
 %!                    "NETCDF4 %s %s\nNETCDF3_CLASSIC %s %s\n"], v, v, v, w, v, w);
-%!   assert (got, want, where);
+%!   assert (isequal (got, want), '%s', where);
 %! end
 
 ## Files closed before: no warning. After a clear the function loads afresh and closes its
@@ -66,7 +67,8 @@
 %! for c = cases'
 %!   [code, nwarnings, file, dim] = c{:};
 %!   [status, out] = octave_run ([code "disp ('still here')\n"]);
-%!   assert ({status, warnings(out), numel(strfind (out, 'still here'))}, {0, nwarnings, 1}, out);
+%!   assert (isequal ({status, warnings(out), numel(strfind (out, 'still here'))}, {0, nwarnings, 1}), ...
+%!           '%s', out);
 %!   assert (! isempty (strfind (ncdump ('-h', fullfile (work_dir (), file)), dim)), out);
 %! end
 
