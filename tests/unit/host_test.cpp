@@ -64,6 +64,31 @@ TEST(HostReferences, CellsReleaseTheirElements) {
   EXPECT_EQ(destroyed, 3);
 }
 
+// The catalogue never leaves an error without text: an unknown identifier gets one naming
+// it and its arguments.
+TEST(HostCatalogue, UnknownIdentifiersGetAGenericText) {
+  EXPECT_FALSE(resource_core::catalogueHas("QUARNA:imagesci:netcdf:noSuchThing"));
+  const resource_core::BaseMsgID id("QUARNA:imagesci:netcdf", "noSuchThing",
+                                    {std::string("abc"), 42L});
+  const std::u16string text = resource_core::messageText(id);
+  for (const std::u16string part : {u"QUARNA:imagesci:netcdf:noSuchThing", u"abc", u"42"}) {
+    EXPECT_NE(text.find(part), std::u16string::npos);
+  }
+}
+
+// A lenient converter drops what its encoding cannot hold (lone surrogates, characters
+// outside Latin-1); a strict one refuses it.
+TEST(HostConverters, LenientDropsStrictRefuses) {
+  const std::u16string text = u"a\xD800\u00E9\u20AC\xDC00z";
+  const auto convert = [&](const char* encoding, bool strict) {
+    return codecvt_ustring_to_string(encoding, strict).do_convert(text.data(), text.size());
+  };
+  EXPECT_EQ(convert("UTF-8", false), "a\xC3\xA9\xE2\x82\xACz");
+  EXPECT_EQ(convert("ISO-8859-1", false), "a\xE9z");
+  EXPECT_THROW(convert("UTF-8", true), TextConversionError);
+  EXPECT_THROW(convert("ISO-8859-1", true), TextConversionError);
+}
+
 struct DecodeCase {
   std::string bytes;
   std::u16string units;
