@@ -17,7 +17,6 @@
 #include <utility>
 #include <vector>
 
-#include "convert/numeric_run.hpp"
 #include "gateway/netcdflib.hpp"
 #include "qvhost/qvhost.hpp"
 
@@ -25,12 +24,12 @@ namespace test {
 
 // ---- host arrays ------------------------------------------------------------------
 
-// The host class of an element type, from the library's own list of numeric classes.
+// The host class of an element type, from the host's own list of numeric classes.
 template <class T, std::size_t I = 0>
 constexpr qvClassID classOf() {
   if constexpr (std::is_same_v<T, char16_t>)
     return qvCHAR_CLASS;
-  else if constexpr (std::is_same_v<T, std::tuple_element_t<I, NumericElementTypes>>)
+  else if constexpr (std::is_same_v<T, std::tuple_element_t<I, qvNumericTypes>>)
     return static_cast<qvClassID>(qvDOUBLE_CLASS + I);
   else
     return classOf<T, I + 1>();
