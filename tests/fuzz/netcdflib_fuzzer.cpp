@@ -24,6 +24,7 @@
 #include "fuzz_workspace.hpp"
 #include "gateway/netcdflib.hpp"
 #include "gateway/operation.hpp"
+#include "gateway/row_shapes.hpp"
 #include "qvhost/qvhost.hpp"
 
 namespace {
@@ -134,7 +135,8 @@ void runCall(const fuzz::Call& call, fuzz::CallHistory& history) {
   // Two guard slots past the most any operation may fill.
   std::array<qvArrayPtr, kNetcdflibMaxOutputs + 2> slots;
   try {
-    netcdflib(fuzz::outputCountOf(call), slots.data(), static_cast<int>(prhs.size()), prhs.data());
+    const int nlhs = fuzz::outputCountOf(call, reaches ? outputCount(*row) : kNetcdflibMaxOutputs);
+    netcdflib(nlhs, slots.data(), static_cast<int>(prhs.size()), prhs.data());
     ++stats.normal;
     if (reaches) ++stats.rowNormal[rowIndex];
     if (tracing()) std::fprintf(stderr, "  %s: returned\n", known ? table[call.op].name : "?");
