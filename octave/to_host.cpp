@@ -72,13 +72,26 @@ qvArrayPtr complexToHost(const ComplexArray& values, qvClassID cls) {
 
 // Values the library has no use for keep their class and shape only.
 qvArrayPtr opaqueToHost(const octave_value& v) {
-  qvClassID cls = qvOBJECT_CLASS;
-  if (v.isstruct()) {
-    cls = qvSTRUCT_CLASS;
-  } else if (v.is_function_handle()) {
-    cls = qvFUNCTION_CLASS;
+  return qvCreateOpaque(hostDims(v.dims()), v.is_function_handle() ? qvFUNCTION_CLASS
+                                                                   : qvOBJECT_CLASS);
+}
+
+qvArrayPtr ownDataToHost(const octave_value& v);
+
+// Fields keep their order; their values are data in a type's own form (compound data).
+qvArrayPtr structToHost(const octave_map& map) {
+  const string_vector keys = map.keys();
+  std::vector<std::string> names;
+  for (octave_idx_type k = 0; k < keys.numel(); ++k) names.push_back(keys(k));
+  auto out = qvCreateStruct(hostDims(map.dims()), names);
+  for (octave_idx_type k = 0; k < keys.numel(); ++k) {
+    const Cell values = map.contents(keys(k));
+    for (octave_idx_type i = 0; i < values.numel(); ++i) {
+      qvSetFieldByNumber(out.get(), static_cast<std::size_t>(i), static_cast<std::size_t>(k),
+                         ownDataToHost(values(i)));
+    }
   }
-  return qvCreateOpaque(hostDims(v.dims()), cls);
+  return out;
 }
 
 template <class ElementMap>
@@ -114,7 +127,15 @@ qvArrayPtr vlenToHost(const octave_value& v) {
   });
 }
 
-enum class DataForm { plain, bytes, strings, vlen };
+// Data in a type's own form: char is NC_CHAR bytes, cells are vlen data, structs compound
+// data.
+qvArrayPtr ownDataToHost(const octave_value& v) {
+  if (v.is_string()) return rawBytesToHost(v.char_array_value());
+  if (v.iscell()) return vlenToHost(v);
+  return toHost(v);
+}
+
+enum class DataForm { plain, bytes, strings, vlen, own, ownAttribute };
 
 // Which form an operation's last argument, its data, takes. NC_CHAR data is bytes, not
 // text: each Octave char is one byte of the variable, as reads return them, so that
@@ -129,6 +150,10 @@ DataForm dataFormOf(std::string_view op) {
   if (std::ranges::find(kTextWrites, op) != kTextWrites.end()) return DataForm::bytes;
   if (std::ranges::find(kStringWrites, op) != kStringWrites.end()) return DataForm::strings;
   if (std::ranges::find(kVlenWrites, op) != kVlenWrites.end()) return DataForm::vlen;
+  if (op == "putVar" || op == "putVar1" || op == "putVara" || op == "putVars") {
+    return DataForm::own;
+  }
+  if (op == "putAtt") return DataForm::ownAttribute;
   return DataForm::plain;
 }
 
@@ -138,6 +163,7 @@ qvArrayPtr toHost(const octave_value& v) {
   if (v.is_string()) return charToHost(v);
   if (v.iscell())
     return cellToHost(v.cell_value(), [](const octave_value& e) { return toHost(e); });
+  if (v.isstruct()) return structToHost(v.map_value());
   if (const qvClassID cls = plainClassOf(v); cls != qvUNKNOWN_CLASS) return lend(v, cls);
   if (v.iscomplex() && !v.issparse()) {
     if (v.is_double_type()) return complexToHost(v.complex_array_value(), qvDOUBLE_CLASS);
@@ -172,6 +198,10 @@ std::vector<qvArrayPtr> argumentsToHost(const octave_value_list& args) {
       out.push_back(toHostStrings(args(k)));
     } else if (isData && form == DataForm::vlen) {
       out.push_back(vlenToHost(args(k)));
+    } else if (isData && (form == DataForm::own ||
+                          (form == DataForm::ownAttribute && !args(k).is_string()))) {
+      // Attribute text stays text, as in the typed attribute writes.
+      out.push_back(ownDataToHost(args(k)));
     } else {
       out.push_back(toHost(args(k)));
     }

@@ -13,6 +13,10 @@ NETCDFLIB_HANDLER(handleWriteWhole);
 // "putVar1Double" ... "putVarsVlen".
 NETCDFLIB_HANDLER(handleWriteSubset);
 
+// "getVar", "getVar1", "getVara", "getVars", "putVar" ... "putVars", "getAtt", "putAtt":
+// data in its own type.
+NETCDFLIB_HANDLER(handleUntypedData);
+
 // "getAttDouble" ... "getAttVlen".
 NETCDFLIB_HANDLER(handleGetAttribute);
 // "putAttDouble" ... "putAttVlen".

@@ -48,17 +48,22 @@ void refuseCountBeyondDimensions(int ncid, int varid, const Selection& where,
 }
 }  // namespace
 
+ReadPlan prepareSubsetRead(int ncid, int varid, int nInputs, const qvArray* const* inputs,
+                           const OperationRow& row) {
+  ReadPlan plan;
+  plan.where = getSubset(inputs + 2, nInputs > 3, nInputs == 5);
+  plan.xtype = checkSubsetLengths(ncid, varid, plan.where, LengthReport::StartLength, row).xtype;
+  refuseCountBeyondDimensions(ncid, varid, plan.where, row);
+  plan.dims = subsetReadShape(spanOf(plan.where.count));
+  return plan;
+}
+
 void handleReadSubset(int, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
                       const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
-  const Selection where = getSubset(inputs + 2, nInputs > 3, nInputs == 5);
-  const VariableRank variable =
-      checkSubsetLengths(ncid, varid, where, LengthReport::StartLength, row);
-  refuseCountBeyondDimensions(ncid, varid, where, row);
-
+  const ReadPlan plan = prepareSubsetRead(ncid, varid, nInputs, inputs, row);
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  readVariableData(*kind, ncid, varid, variable.xtype, where, subsetReadShape(spanOf(where.count)),
-                   plhs, row);
+  readVariableData(*kind, ncid, varid, plan.xtype, plan.where, plan.dims, plhs, row);
 }

@@ -13,13 +13,9 @@ namespace {
 constexpr int kFirstOpId = 113;
 }
 
-void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inputs,
-                       const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
-  const Selection where = getSubset(inputs + 2, nInputs > 4, nInputs == 6);
-  const qvArray* data = inputs[nInputs - 1];
-  const std::size_t count = numberOfElements(data);
+Selection prepareSubsetWrite(int ncid, int varid, int nInputs, const qvArray* const* inputs,
+                             std::size_t count, const OperationRow& row) {
+  Selection where = getSubset(inputs + 2, nInputs > 4, nInputs == 6);
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   checkSubsetLengths(ncid, varid, where, LengthReport::OwnLength, row);
@@ -31,7 +27,16 @@ void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inpu
         selected ? static_cast<long>(*selected) : std::numeric_limits<long>::max();
     qvErrMsgId(QUARNA::imagesci::netcdf::countNotEqualToData(reported, static_cast<long>(count)));
   }
+  return where;
+}
 
+void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inputs,
+                       const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const qvArray* data = inputs[nInputs - 1];
+  const Selection where =
+      prepareSubsetWrite(ncid, varid, nInputs, inputs, numberOfElements(data), row);
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
   writeVariableData(*kind, ncid, varid, where, data, row);

@@ -14,12 +14,7 @@ namespace {
 constexpr int kFirstOpId = 100;
 }
 
-void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
-                      const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
-  const qvArray* data = inputs[2];
-  const std::size_t count = numberOfElements(data);
+Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const OperationRow& row) {
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   int ndims = 0;
@@ -31,7 +26,15 @@ void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
   if (product == 0u) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
   // Element counts only: shapes are not compared.
   if (product != count) qvErrMsgId(QUARNA::imagesci::netcdf::dataSizeMismatch());
+  return Selection{};
+}
 
+void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const qvArray* data = inputs[2];
+  prepareWholeWrite(ncid, varid, numberOfElements(data), row);
   const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
   if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
   writeVariableData(*kind, ncid, varid, Selection{}, data, row);

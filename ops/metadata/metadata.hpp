@@ -11,6 +11,8 @@ NETCDFLIB_HANDLER(handleGroups);
 NETCDFLIB_HANDLER(handleVariables);
 // "defVlen", "inqUserType", "inqVlen".
 NETCDFLIB_HANDLER(handleUserTypes);
+// "defEnum" ... "inqOpaque": enum, compound and opaque types.
+NETCDFLIB_HANDLER(handleUserTypeDefinitions);
 
 // "defVarChunking", "inqVarChunking", "defVarDeflate", "inqVarDeflate",
 // "defVarFletcher32", "inqVarFletcher32".

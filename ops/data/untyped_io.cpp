@@ -1,0 +1,205 @@
+// "getVar", "putVar" and their 1/a/s forms, "getAtt" and "putAtt": data in the variable's
+// or attribute's own type, whatever it is. Atomic types and vlens of them move exactly as
+// the typed rows move them; enum and opaque data go straight between netCDF-C and the
+// host array; compound data and vlens of user types pass through one native buffer.
+#include <netcdf.h>
+
+#include <memory>
+#include <string>
+
+#include "convert/data_block.hpp"
+#include "convert/scalars.hpp"
+#include "convert/text.hpp"
+#include "convert/user_data.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/status.hpp"
+#include "ops/data/data.hpp"
+#include "ops/data/subset.hpp"
+
+namespace {
+enum OpId {
+  kGetVar = 199,
+  kGetVar1,
+  kGetVara,
+  kGetVars,
+  kPutVar,
+  kPutVar1,
+  kPutVara,
+  kPutVars,
+  kGetAtt,
+  kPutAtt,
+};
+constexpr int kFirstGetAttOpId = 16;
+constexpr int kFirstPutAttOpId = 86;
+
+using Kind = TypeNode::Kind;
+
+// The typed kind that moves t (atomic types and vlens of them), if any.
+std::optional<DataKind> typedKindOf(const TypeNode& t) {
+  if (t.kind == Kind::Char) return DataKind::Text;
+  if (t.kind == Kind::String) return DataKind::String;
+  if (t.isPlainVlen()) return DataKind::Vlen;
+  if (t.isAtomic()) return numericKindOf(t.xtype);
+  return std::nullopt;
+}
+
+// Enum and opaque values are the host array's own bytes.
+bool movesInPlace(const TypeNode& t) { return t.kind == Kind::Enum || t.kind == Kind::Opaque; }
+
+// NC_STRING data may come as a cell of char arrays; it is written as a string array.
+qvArrayPtr stringsIfCells(const TypeNode& t, const qvArray* data) {
+  if (t.kind != Kind::String || qvGetClassID(data) != qvCELL_CLASS) return nullptr;
+  return stringsFromCells(data, "data");
+}
+
+std::unique_ptr<TypeNode> variableType(int ncid, int varid, const OperationRow& row) {
+  nc_type xtype = NC_NAT;
+  checkStatus(nc_inq_vartype(ncid, varid, &xtype), row);
+  return describeType(ncid, xtype, row);
+}
+
+// read(buffer) fills n elements of t; the result, shaped dims, goes to slot.
+template <class Read>
+void readUserData(int ncid, const TypeNode& t, std::size_t n, const DimList& dims,
+                  qvArrayPtr& slot, Read read, const OperationRow& row) {
+  if (movesInPlace(t)) {
+    qvArrayPtr out = nativeToHost(t, nullptr, 0, dims);
+    void* block = qvGetData(out.get());
+    slot = std::move(out);
+    checkStatus(read(block), row);
+    return;
+  }
+  NativeBuffer buffer(ncid, t, n);
+  checkStatus(read(buffer.data()), row);
+  buffer.markFilled();
+  qvArrayPtr out = nativeToHost(t, buffer.bytes(), n, dims);
+  checkStatus(buffer.reclaim(), row);
+  slot = std::move(out);
+}
+
+// write(buffer) writes n elements of t from the native buffer given.
+template <class Write>
+void writeUserData(const TypeNode& t, const qvArray* data, std::size_t n, Write write,
+                   const OperationRow& row) {
+  if (movesInPlace(t)) {
+    checkHostData(t, data, n, "data");
+    static const double dummy = 0;  // netCDF-C refuses a null block even for no values
+    const void* block = qvGetData(data);
+    checkStatus(write(block != nullptr ? block : &dummy), row);
+    return;
+  }
+  const NativeData native(t, data, n, "data");
+  checkStatus(write(native.data()), row);
+}
+
+void readVariable(int nInputs, qvArrayPtr* plhs, const qvArray* const* inputs,
+                  const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const auto t = variableType(ncid, varid, row);
+  const ReadPlan plan = row.opId == kGetVar ? prepareWholeRead(ncid, varid, row)
+                                            : prepareSubsetRead(ncid, varid, nInputs, inputs, row);
+  if (const auto kind = typedKindOf(*t)) {
+    readVariableData(*kind, ncid, varid, plan.xtype, plan.where, plan.dims, plhs, row);
+    return;
+  }
+  const Selection& where = plan.where;
+  readUserData(ncid, *t, elementCount(plan.dims), plan.dims, plhs[0], [&](void* buffer) {
+    if (where.whole) return nc_get_var(ncid, varid, buffer);
+    return nc_get_vars(ncid, varid, where.start.data(), where.count.data(), where.stride.data(),
+                       buffer);
+  }, row);
+}
+
+void writeVariable(int nInputs, const qvArray* const* inputs, const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const auto t = variableType(ncid, varid, row);
+  const qvArrayPtr strings = stringsIfCells(*t, inputs[nInputs - 1]);
+  const qvArray* data = strings ? strings.get() : inputs[nInputs - 1];
+  const std::size_t count = hostElementCount(*t, data, "data");
+  const Selection where = row.opId == kPutVar
+                              ? prepareWholeWrite(ncid, varid, count, row)
+                              : prepareSubsetWrite(ncid, varid, nInputs, inputs, count, row);
+  if (const auto kind = typedKindOf(*t)) {
+    writeVariableData(*kind, ncid, varid, where, data, row);
+    return;
+  }
+  writeUserData(*t, data, count, [&](const void* buffer) {
+    if (where.whole) return nc_put_var(ncid, varid, buffer);
+    return nc_put_vars(ncid, varid, where.start.data(), where.count.data(), where.stride.data(),
+                       buffer);
+  }, row);
+}
+
+// The typed attribute row of the same name's kind, so that atomic values keep its rules.
+OperationRow typedAttributeRow(DataKind kind, int firstOpId, OperationHandler handler,
+                               const OperationRow& row) {
+  return OperationRow{firstOpId + static_cast<int>(kind), row.name, row.nInputs, handler};
+}
+
+void readAttribute(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
+                   const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const std::string name = getName(inputs[2], "attribute");
+  nc_type xtype = NC_NAT;
+  std::size_t len = 0;
+  checkStatus(nc_inq_att(ncid, varid, name.c_str(), &xtype, &len), row);
+  const auto t = describeType(ncid, xtype, row);
+  if (const auto kind = typedKindOf(*t)) {
+    const OperationRow typed =
+        typedAttributeRow(*kind, kFirstGetAttOpId, handleGetAttribute, row);
+    handleGetAttribute(nlhs, plhs, nInputs, inputs, typed);
+    return;
+  }
+  readUserData(ncid, *t, len, attributeShape(len), plhs[0], [&](void* buffer) {
+    return nc_get_att(ncid, varid, name.c_str(), buffer);
+  }, row);
+}
+
+void writeAttribute(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
+                    const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  const std::string name = getName(inputs[2], "attribute");
+  const int xtype = getScalar<int>(inputs[3], "xtype");
+  const auto t = describeType(ncid, xtype, row);
+  const qvArrayPtr strings = stringsIfCells(*t, inputs[4]);
+  const qvArray* data = strings ? strings.get() : inputs[4];
+  if (const auto kind = typedKindOf(*t)) {
+    const qvArray* const typedInputs[] = {inputs[0], inputs[1], inputs[2], inputs[3], data};
+    // NC_UBYTE goes to the Uchar member: uint8 data either way.
+    const OperationRow typed =
+        typedAttributeRow(*kind, kFirstPutAttOpId, handlePutAttribute, row);
+    handlePutAttribute(nlhs, plhs, nInputs, typedInputs, typed);
+    return;
+  }
+  const std::size_t n = hostElementCount(*t, data, "data");
+  writeUserData(*t, data, n, [&](const void* buffer) {
+    return nc_put_att(ncid, varid, name.c_str(), xtype, n, buffer);
+  }, row);
+}
+}  // namespace
+
+void handleUntypedData(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
+                       const OperationRow& row) {
+  switch (row.opId) {
+    case kGetVar:
+    case kGetVar1:
+    case kGetVara:
+    case kGetVars:
+      return readVariable(nInputs, plhs, inputs, row);
+    case kPutVar:
+    case kPutVar1:
+    case kPutVara:
+    case kPutVars:
+      return writeVariable(nInputs, inputs, row);
+    case kGetAtt:
+      return readAttribute(nlhs, plhs, nInputs, inputs, row);
+    case kPutAtt:
+      return writeAttribute(nlhs, plhs, nInputs, inputs, row);
+    default:
+      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  }
+}
