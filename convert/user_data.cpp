@@ -113,23 +113,24 @@ struct Leaf {
   std::size_t first;
   std::size_t stride;
   std::size_t count;
+  std::string path;  // names the field in errors
 };
 
 // prefix/mult: position among and number of the copies of t inside one top-level record
 // (arrays of nested compounds).
 void buildPlan(const TypeNode& t, const qvArray* s, std::size_t srcOffset, std::size_t prefix,
-               std::size_t mult, std::vector<Leaf>& plan) {
+               std::size_t mult, const std::string& path, std::vector<Leaf>& plan) {
   for (std::size_t k = 0; k < t.fields.size(); ++k) {
     const auto& f = t.fields[k];
     auto* array = const_cast<qvArray*>(qvGetFieldByNumber(s, 0, k));
     if (f.type->kind == Kind::Compound) {
       for (std::size_t j = 0; j < f.count; ++j) {
         buildPlan(*f.type, array, srcOffset + f.offset + j * f.type->size, prefix * f.count + j,
-                  mult * f.count, plan);
+                  mult * f.count, path + "." + f.name, plan);
       }
     } else {
       plan.push_back({f.type.get(), array, srcOffset + f.offset, prefix * f.count,
-                      mult * f.count, f.count});
+                      mult * f.count, f.count, path + "." + f.name});
     }
   }
 }
@@ -174,7 +175,7 @@ bool movesBytes(const TypeNode& t) {
 // One pass over the records, each field's values copied as one block per record.
 void scatterCompound(const TypeNode& t, const std::byte* src, std::size_t n, qvArray* s) {
   std::vector<Leaf> plan;
-  buildPlan(t, s, 0, 0, 1, plan);
+  buildPlan(t, s, 0, 0, 1, "", plan);
   const std::size_t recSize = t.size;
   // Common field widths get copies the compiler can inline.
   bool allBytes = std::all_of(plan.begin(), plan.end(), [](const Leaf& l) { return movesBytes(*l.type); });
@@ -398,7 +399,7 @@ struct Gatherer {
     switch (t.kind) {
       case Kind::Compound: {
         std::vector<Leaf> plan;
-        buildPlan(t, a, 0, 0, 1, plan);
+        buildPlan(t, a, 0, 0, 1, where, plan);
         std::vector<const char**> strings(plan.size(), nullptr);
         for (std::size_t k = 0; k < plan.size(); ++k) {
           if (plan[k].type->kind == Kind::String) strings[k] = stringTable(plan[k].array);
@@ -407,7 +408,7 @@ struct Gatherer {
           std::byte* rec = dst + i * t.size;
           for (std::size_t k = 0; k < plan.size(); ++k) {
             const Leaf& l = plan[k];
-            gatherLeaf(l, l.first + i * l.stride, rec + l.srcOffset, strings[k], where);
+            gatherLeaf(l, l.first + i * l.stride, rec + l.srcOffset, strings[k]);
           }
         }
         return;
@@ -433,8 +434,7 @@ struct Gatherer {
     }
   }
 
-  void gatherLeaf(const Leaf& l, std::size_t index, std::byte* dst, const char** strings,
-                  const std::string& where) {
+  void gatherLeaf(const Leaf& l, std::size_t index, std::byte* dst, const char** strings) {
     const std::size_t w = l.type->size;
     if (movesBytes(*l.type)) {
       std::memcpy(dst, static_cast<const std::byte*>(qvGetData(l.array)) + index * w,
@@ -450,7 +450,7 @@ struct Gatherer {
           std::memcpy(dst + j * w, &strings[index + j], w);
           break;
         default: {
-          const nc_vlen_t rec = vlenRecord(*l.type->base, qvGetCell(l.array, index + j), where);
+          const nc_vlen_t rec = vlenRecord(*l.type->base, qvGetCell(l.array, index + j), l.path);
           std::memcpy(dst + j * w, &rec, w);
         }
       }
