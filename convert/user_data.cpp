@@ -233,7 +233,10 @@ bool TypeNode::isPlainVlen() const noexcept {
   return base->isAtomic() || base->isPlainVlen();
 }
 
-std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationRow& row) {
+std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationRow& row,
+                                       int depth) {
+  // Types nest only so deep in files; deeper is a cycle netCDF-C let through.
+  if (depth > NC_MAX_VAR_DIMS) checkStatus(NC_EBADTYPE, row);
   auto t = std::make_unique<TypeNode>();
   t->xtype = xtype;
   if (isAtomicType(xtype)) {
@@ -268,7 +271,7 @@ std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationR
     case NC_VLEN:
       t->kind = Kind::Vlen;
       t->size = sizeof(nc_vlen_t);
-      t->base = describeType(ncid, base, row);
+      t->base = describeType(ncid, base, row, depth + 1);
       t->fixedSize = false;
       break;
     case NC_COMPOUND:
@@ -292,7 +295,11 @@ std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationR
           f.dims.push_back(static_cast<std::size_t>(d));
           f.count *= static_cast<std::size_t>(d);
         }
-        f.type = describeType(ncid, fieldType, row);
+        f.type = describeType(ncid, fieldType, row, depth + 1);
+        // Records are read and written within the type's size only.
+        if (f.offset > t->size || f.count * f.type->size > t->size - f.offset) {
+          checkStatus(NC_EBADTYPE, row);
+        }
         t->fixedSize = t->fixedSize && f.type->fixedSize;
       }
       break;

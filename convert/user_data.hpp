@@ -44,7 +44,8 @@ struct TypeNode {
 };
 
 // Asks netCDF-C what type xtype of ncid is; every status is checked against row.
-std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationRow& row);
+std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationRow& row,
+                                       int depth = 0);
 
 // Host data of n elements of type t laid out natively at src, shaped dims (numeric data's
 // shape; opaque data and array fields add extents in front).

@@ -70,6 +70,48 @@ qvArrayPtr fieldDimRow(const std::vector<int>& sizes) {
   return out;
 }
 
+bool isIntegerType(int type) {
+  return type == NC_BYTE || type == NC_UBYTE || type == NC_SHORT || type == NC_USHORT ||
+         type == NC_INT || type == NC_UINT || type == NC_INT64 || type == NC_UINT64;
+}
+
+// Whether type is needle or holds it at any depth (fields, vlen bases).
+bool typeHolds(int ncid, nc_type type, nc_type needle, int depth = 0) {
+  if (type == needle) return true;
+  int typeClass = 0;
+  nc_type base = NC_NAT;
+  std::size_t nfields = 0;
+  if (type <= NC_MAX_ATOMIC_TYPE || depth > NC_MAX_VAR_DIMS ||
+      nc_inq_user_type(ncid, type, nullptr, nullptr, &base, &nfields, &typeClass) != NC_NOERR) {
+    return false;
+  }
+  if (typeClass == NC_VLEN) return typeHolds(ncid, base, needle, depth + 1);
+  if (typeClass != NC_COMPOUND) return false;
+  for (std::size_t k = 0; k < nfields; ++k) {
+    nc_type fieldType = NC_NAT;
+    if (nc_inq_compound_fieldtype(ncid, type, static_cast<int>(k), &fieldType) == NC_NOERR &&
+        typeHolds(ncid, fieldType, needle, depth + 1)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// netCDF-C 4.9.0 takes a field that ends past the compound's size; reads and writes of
+// such a type would go past each record.
+void refuseFieldBeyondSize(int ncid, nc_type type, std::size_t offset, nc_type fieldType,
+                           const std::vector<int>& dims, const OperationRow& row) {
+  std::size_t size = 0, fieldSize = 0;
+  checkStatus(nc_inq_compound_size(ncid, type, &size), row);
+  checkStatus(nc_inq_type(ncid, fieldType, nullptr, &fieldSize), row);
+  for (const int d : dims) {
+    if (__builtin_mul_overflow(fieldSize, static_cast<std::size_t>(d), &fieldSize)) {
+      checkStatus(NC_EINVAL, row);
+    }
+  }
+  if (offset > size || fieldSize > size - offset) checkStatus(NC_EINVAL, row);
+}
+
 std::string definedName(int ncid, const qvArray* name, const OperationRow& row) {
   std::string out = getName(name, "typeName");
   refuseHdf5NameClash(ncid, out, NewObject::GroupOrType, row);
@@ -87,6 +129,8 @@ void handleUserTypeDefinitions(int, qvArrayPtr* plhs, int, const qvArray* const*
     case kDefEnum: {
       const std::string typeName = definedName(ncid, inputs[1], row);
       const int base = getScalar<int>(inputs[2], "baseType");
+      // netCDF-C 4.9.0 takes any base here; HDF5 then cannot write the type at endDef.
+      if (!isIntegerType(base)) checkStatus(NC_EBADTYPE, row);
       checkStatus(nc_def_enum(ncid, base, typeName.c_str(), &type), row);
       plhs[0] = makeDoubleScalar(type);
       return;
@@ -143,16 +187,24 @@ void handleUserTypeDefinitions(int, qvArrayPtr* plhs, int, const qvArray* const*
       const std::string field = getName(inputs[2], "fieldName");
       const auto offset = getScalar<std::size_t>(inputs[3], "offset");
       const int fieldType = getScalar<int>(inputs[4], "fieldType");
+      // netCDF-C 4.9.0 accepts a compound inside itself (directly or through other types),
+      // which nothing can then read or write.
+      if (typeHolds(ncid, fieldType, type)) checkStatus(NC_EBADTYPE, row);
       if (row.opId == kInsertCompound) {
+        refuseFieldBeyondSize(ncid, type, offset, fieldType, {}, row);
         checkStatus(nc_insert_compound(ncid, type, field.c_str(), offset, fieldType), row);
         return;
       }
       const std::vector<std::size_t> sizes = getChunkSizeRow(inputs[5], "dimSizes");
       std::vector<int> dims;
+      // netCDF-C 4.9.0 refuses only sizes past INT_MAX; no dimensions or a zero size make
+      // a field HDF5 cannot hold.
+      if (sizes.empty()) checkStatus(NC_EINVAL, row);
       for (const std::size_t s : sizes) {
-        if (s > INT_MAX) checkStatus(NC_EINVAL, row);
+        if (s == 0 || s > INT_MAX) checkStatus(NC_EINVAL, row);
         dims.push_back(static_cast<int>(s));
       }
+      refuseFieldBeyondSize(ncid, type, offset, fieldType, dims, row);
       checkStatus(nc_insert_array_compound(ncid, type, field.c_str(), offset, fieldType,
                                            static_cast<int>(dims.size()), dims.data()),
                   row);

@@ -346,3 +346,28 @@
 %!   expect_error (err, id('countNotEqualToData'));
 %! end
 %! netcdflib ('close', nc);
+
+## Definitions netCDF-C 4.9.0 accepts but nothing can then write, read or close cleanly
+## are refused with netCDF-C's own statuses.
+%!test
+%! nc = netcdflib ('create', fullfile (work, 'defs_refused.nc'), p ('NC_NETCDF4'));
+%! c = netcdflib ('defCompound', nc, 'c_t', 8);
+%! v = netcdflib ('defVlen', nc, 'v_t', c);
+%! cases = {
+%!   @() netcdflib('defEnum', nc, 'e_t', p ('NC_DOUBLE')), 'NC_EBADTYPE';
+%!   @() netcdflib('insertCompound', nc, c, 'self', 0, c), 'NC_EBADTYPE';
+%!   @() netcdflib('insertCompound', nc, c, 'cycle', 0, v), 'NC_EBADTYPE';
+%!   @() netcdflib('insertCompound', nc, c, 'late', 6, p ('NC_INT')), 'NC_EINVAL';
+%!   @() netcdflib('insertArrayCompound', nc, c, 'none', 0, p ('NC_INT'), zeros (1, 0)), 'NC_EINVAL';
+%!   @() netcdflib('insertArrayCompound', nc, c, 'zero', 0, p ('NC_INT'), 0), 'NC_EINVAL';
+%!   @() netcdflib('insertArrayCompound', nc, c, 'long', 0, p ('NC_INT'), [1 3]), 'NC_EINVAL'};
+%! for k = 1:rows (cases)
+%!   try
+%!     cases{k, 1} ();
+%!     error ('case %d passed', k);
+%!   catch err
+%!     expect_error (err, 'QUARNA:imagesci:netcdf:libraryFailure', cases{k, 2});
+%!   end
+%! end
+%! netcdflib ('insertArrayCompound', nc, c, 'fits', 0, p ('NC_INT'), [1 2]);
+%! netcdflib ('close', nc);
