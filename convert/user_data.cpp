@@ -172,13 +172,16 @@ bool movesBytes(const TypeNode& t) {
   return t.kind == Kind::Numeric || t.kind == Kind::Enum || t.kind == Kind::Opaque;
 }
 
-// One pass over the records, each field's values copied as one block per record.
-void scatterCompound(const TypeNode& t, const std::byte* src, std::size_t n, qvArray* s) {
+// One pass over the records, each field's values copied as one block per record; the
+// records become elements first ... first + n - 1.
+void scatterCompound(const TypeNode& t, const std::byte* src, std::size_t n, qvArray* s,
+                     std::size_t first) {
   std::vector<Leaf> plan;
   buildPlan(t, s, 0, 0, 1, "", plan);
   const std::size_t recSize = t.size;
   // Common field widths get copies the compiler can inline.
-  bool allBytes = std::all_of(plan.begin(), plan.end(), [](const Leaf& l) { return movesBytes(*l.type); });
+  const bool allBytes =
+      std::all_of(plan.begin(), plan.end(), [](const Leaf& l) { return movesBytes(*l.type); });
   if (allBytes && plan.size() <= 8) {
     struct Fast {
       std::byte* dst;
@@ -195,7 +198,7 @@ void scatterCompound(const TypeNode& t, const std::byte* src, std::size_t n, qvA
       const std::byte* rec = src + i * recSize;
       for (std::size_t k = 0; k < plan.size(); ++k) {
         const Fast& f = fast[k];
-        std::byte* d = f.dst + i * f.step;
+        std::byte* d = f.dst + (first + i) * f.step;
         const std::byte* r = rec + f.srcOffset;
         switch (f.bytes) {
           case 1: std::memcpy(d, r, 1); break;
@@ -213,7 +216,7 @@ void scatterCompound(const TypeNode& t, const std::byte* src, std::size_t n, qvA
     const std::byte* rec = src + i * recSize;
     for (const Leaf& l : plan) {
       const std::size_t w = l.type->size;
-      const std::size_t index = i * l.stride + l.first;
+      const std::size_t index = (first + i) * l.stride + l.first;
       if (movesBytes(*l.type)) {
         std::memcpy(static_cast<std::byte*>(qvGetData(l.array)) + index * w, rec + l.srcOffset,
                     l.count * w);
@@ -309,36 +312,46 @@ std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationR
   return t;
 }
 
-qvArrayPtr nativeToHost(const TypeNode& t, const std::byte* src, std::size_t n,
-                        const DimList& dims) {
+qvArrayPtr makeHostData(const TypeNode& t, std::size_t n, const DimList& dims) {
+  return makeFieldArray(t, n, dims);
+}
+
+void scatterInto(const TypeNode& t, qvArray* host, std::size_t first, const std::byte* src,
+                 std::size_t n) {
   switch (t.kind) {
-    case Kind::Char:
-      return makeCharOutput(dims, reinterpret_cast<const char*>(src), n);
-    case Kind::String: {
-      std::vector<const char*> texts(n);
-      if (n != 0) std::memcpy(texts.data(), src, n * sizeof(char*));
-      return makeStringOutput(dims, texts.data(), n);
-    }
-    case Kind::Vlen: {
-      qvArrayPtr cells = matrix::detail::do_create_cell(spanOf(dims));
+    case Kind::Compound:
+      scatterCompound(t, src, n, host, first);
+      return;
+    case Kind::Vlen:
       for (std::size_t i = 0; i < n; ++i) {
         nc_vlen_t rec;
         std::memcpy(&rec, src + i * sizeof rec, sizeof rec);
-        qvSetCell(cells.get(), i, vlenElementToHost(*t.base, rec));
+        qvSetCell(host, first + i, vlenElementToHost(*t.base, rec));
       }
-      return cells;
-    }
-    case Kind::Compound: {
-      qvArrayPtr s = makeStructSkeleton(t, n, dims);
-      scatterCompound(t, src, n, s.get());
-      return s;
-    }
-    default: {
-      qvArrayPtr out = makeFieldArray(t, n, dims);
-      if (n != 0) std::memcpy(qvGetData(out.get()), src, n * t.size);
-      return out;
-    }
+      return;
+    case Kind::Char:
+      widenCharData(reinterpret_cast<const char*>(src), n,
+                    static_cast<char16_t*>(qvGetData(host)) + first);
+      return;
+    case Kind::String:
+      for (std::size_t i = 0; i < n; ++i) {
+        const char* text = nullptr;
+        std::memcpy(&text, src + i * sizeof text, sizeof text);
+        setStringElement(host, first + i, text ? utf8_to_ustring(text) : std::u16string());
+      }
+      return;
+    default:
+      if (n != 0) {
+        std::memcpy(static_cast<std::byte*>(qvGetData(host)) + first * t.size, src, n * t.size);
+      }
   }
+}
+
+qvArrayPtr nativeToHost(const TypeNode& t, const std::byte* src, std::size_t n,
+                        const DimList& dims) {
+  qvArrayPtr out = makeHostData(t, n, dims);
+  scatterInto(t, out.get(), 0, src, n);
+  return out;
 }
 
 std::size_t hostElementCount(const TypeNode& t, const qvArray* data, const std::string& where) {
@@ -520,7 +533,7 @@ std::byte* NativeData::allocate(std::size_t bytes) {
 // ---- reads ------------------------------------------------------------------
 
 NativeBuffer::NativeBuffer(int ncid, const TypeNode& t, std::size_t n)
-    : ncid_(ncid), type_(t), n_(n) {
+    : ncid_(ncid), type_(t) {
   const std::size_t bytes = std::max<std::size_t>(checkedBytes(n, t.size), 1);
   // Records netCDF-C fills with pointers start zeroed, so that no path sees garbage.
   bytes_.reset(t.fixedSize ? new std::byte[bytes] : new std::byte[bytes]());
@@ -529,7 +542,8 @@ NativeBuffer::NativeBuffer(int ncid, const TypeNode& t, std::size_t n)
 NativeBuffer::~NativeBuffer() { reclaim(); }
 
 int NativeBuffer::reclaim() noexcept {
-  if (!filled_ || type_.fixedSize) return NC_NOERR;
-  filled_ = false;
-  return nc_reclaim_data(ncid_, type_.xtype, bytes_.get(), n_);
+  const std::size_t n = filled_;
+  filled_ = 0;
+  if (n == 0 || type_.fixedSize) return NC_NOERR;
+  return nc_reclaim_data(ncid_, type_.xtype, bytes_.get(), n);
 }

@@ -51,6 +51,11 @@ std::unique_ptr<TypeNode> describeType(int ncid, nc_type xtype, const OperationR
 // shape; opaque data and array fields add extents in front).
 qvArrayPtr nativeToHost(const TypeNode& t, const std::byte* src, std::size_t n,
                         const DimList& dims);
+// The same made first and filled in parts: scatterInto sets elements first ...
+// first + n - 1 of host data makeHostData made from n native elements at src.
+qvArrayPtr makeHostData(const TypeNode& t, std::size_t n, const DimList& dims);
+void scatterInto(const TypeNode& t, qvArray* host, std::size_t first, const std::byte* src,
+                 std::size_t n);
 
 // A string array of a cell of char arrays, the other form hosts give lists of text in;
 // dataHasBadClass(where + "{}") for other elements.
@@ -85,8 +90,8 @@ class NativeData {
   std::byte* top_ = nullptr;
 };
 
-// A native buffer that netCDF-C fills, released with what netCDF-C allocated inside it
-// (nc_reclaim_data) on every path.
+// A native buffer of n elements that netCDF-C fills, released with what netCDF-C allocated
+// inside it (nc_reclaim_data) on every path; it may be filled again after reclaim().
 class NativeBuffer {
  public:
   NativeBuffer(int ncid, const TypeNode& t, std::size_t n);
@@ -96,14 +101,14 @@ class NativeBuffer {
 
   void* data() noexcept { return bytes_.get(); }
   const std::byte* bytes() const noexcept { return bytes_.get(); }
-  void markFilled() noexcept { filled_ = true; }
+  // netCDF-C has filled the first n elements.
+  void markFilled(std::size_t n) noexcept { filled_ = n; }
   // Releases the contents now and returns netCDF-C's status.
   int reclaim() noexcept;
 
  private:
   int ncid_;
   const TypeNode& type_;
-  std::size_t n_;
   std::unique_ptr<std::byte[]> bytes_;
-  bool filled_ = false;
+  std::size_t filled_ = 0;
 };

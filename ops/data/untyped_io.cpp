@@ -4,6 +4,7 @@
 // host array; compound data and vlens of user types pass through one native buffer.
 #include <netcdf.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -71,7 +72,7 @@ void readUserData(int ncid, const TypeNode& t, std::size_t n, const DimList& dim
   }
   NativeBuffer buffer(ncid, t, n);
   checkStatus(read(buffer.data()), row);
-  buffer.markFilled();
+  buffer.markFilled(n);
   qvArrayPtr out = nativeToHost(t, buffer.bytes(), n, dims);
   checkStatus(buffer.reclaim(), row);
   slot = std::move(out);
@@ -92,6 +93,60 @@ void writeUserData(const TypeNode& t, const qvArray* data, std::size_t n, Write 
   checkStatus(write(native.data()), row);
 }
 
+// Records pass through a buffer of about this size, a block of the slowest dimension at a
+// time: the buffer stays in cache while it is split into the fields, and a read needs
+// little more memory than its result.
+constexpr std::size_t kBlockBytes = std::size_t{4} << 20;
+
+// The selection of a whole variable spelled out, so that it can be read in blocks.
+Selection spelledOut(int ncid, int varid, const OperationRow& row) {
+  int ndims = 0;
+  int dimids[NC_MAX_VAR_DIMS] = {};
+  checkStatus(nc_inq_var(ncid, varid, nullptr, nullptr, &ndims, dimids, nullptr), row);
+  Selection where;
+  where.whole = false;
+  for (int d = 0; d < ndims; ++d) {
+    std::size_t length = 0;
+    checkStatus(nc_inq_dimlen(ncid, dimids[d], &length), row);
+    where.start.push_back(0);
+    where.count.push_back(length);
+    where.stride.push_back(1);
+  }
+  return where;
+}
+
+// Compound data and vlens of user types, block by block of the selection's slowest
+// dimension. A selection without elements is still passed to netCDF-C once, for its checks.
+void readRecords(int ncid, int varid, const TypeNode& t, const ReadPlan& plan, qvArrayPtr& slot,
+                 const OperationRow& row) {
+  Selection where = plan.where.whole ? spelledOut(ncid, varid, row) : plan.where;
+  const std::size_t total = elementCount(plan.dims);
+  if (where.count.empty() || total == 0) {
+    readUserData(ncid, t, total, plan.dims, slot, [&](void* buffer) {
+      if (plan.where.whole) return nc_get_var(ncid, varid, buffer);
+      return nc_get_vars(ncid, varid, where.start.data(), where.count.data(),
+                         where.stride.data(), buffer);
+    }, row);
+    return;
+  }
+  const std::size_t rows = where.count[0], perRow = total / rows;
+  const std::size_t blockRows = std::max<std::size_t>(1, kBlockBytes / (perRow * t.size));
+  qvArrayPtr out = makeHostData(t, total, plan.dims);
+  NativeBuffer buffer(ncid, t, std::min(rows, blockRows) * perRow);
+  const std::size_t start = where.start[0];
+  for (std::size_t first = 0; first < rows; first += blockRows) {
+    where.count[0] = std::min(blockRows, rows - first);
+    where.start[0] = start + first * static_cast<std::size_t>(where.stride[0]);
+    checkStatus(nc_get_vars(ncid, varid, where.start.data(), where.count.data(),
+                            where.stride.data(), buffer.data()),
+                row);
+    buffer.markFilled(where.count[0] * perRow);
+    scatterInto(t, out.get(), first * perRow, buffer.bytes(), where.count[0] * perRow);
+    checkStatus(buffer.reclaim(), row);
+  }
+  slot = std::move(out);
+}
+
 void readVariable(int nInputs, qvArrayPtr* plhs, const qvArray* const* inputs,
                   const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
@@ -103,12 +158,16 @@ void readVariable(int nInputs, qvArrayPtr* plhs, const qvArray* const* inputs,
     readVariableData(*kind, ncid, varid, plan.xtype, plan.where, plan.dims, plhs, row);
     return;
   }
-  const Selection& where = plan.where;
-  readUserData(ncid, *t, elementCount(plan.dims), plan.dims, plhs[0], [&](void* buffer) {
-    if (where.whole) return nc_get_var(ncid, varid, buffer);
-    return nc_get_vars(ncid, varid, where.start.data(), where.count.data(), where.stride.data(),
-                       buffer);
-  }, row);
+  if (movesInPlace(*t)) {
+    const Selection& where = plan.where;
+    readUserData(ncid, *t, elementCount(plan.dims), plan.dims, plhs[0], [&](void* buffer) {
+      if (where.whole) return nc_get_var(ncid, varid, buffer);
+      return nc_get_vars(ncid, varid, where.start.data(), where.count.data(),
+                         where.stride.data(), buffer);
+    }, row);
+    return;
+  }
+  readRecords(ncid, varid, *t, plan, plhs[0], row);
 }
 
 void writeVariable(int nInputs, const qvArray* const* inputs, const OperationRow& row) {

@@ -158,4 +158,41 @@ TEST_F(CompoundData, RefusesDataNamingTheField) {
                "QUARNA:imagesci:netcdf:dataFieldsMismatch", args("data", "rec_t", "t, in, blobs"));
 }
 
+// Records larger than a read block: rows of 3.2 MB, read whole and strided, land in order.
+TEST_F(CompoundData, ReadsRecordsBlockByBlock) {
+  struct Pair {
+    double t;
+    int q;
+  };
+  ASSERT_EQ(nc_redef(ncid_), NC_NOERR);
+  nc_type pair;
+  nc_def_compound(ncid_, sizeof(Pair), "pair_t", &pair);
+  nc_insert_compound(ncid_, pair, "t", offsetof(Pair, t), NC_DOUBLE);
+  nc_insert_compound(ncid_, pair, "q", offsetof(Pair, q), NC_INT);
+  const std::size_t rows = 3, cols = 200000;
+  int dims[2], var;
+  nc_def_dim(ncid_, "rows", rows, &dims[0]);
+  nc_def_dim(ncid_, "cols", cols, &dims[1]);
+  ASSERT_EQ(nc_def_var(ncid_, "big", pair, 2, dims, &var), NC_NOERR);
+  ASSERT_EQ(nc_enddef(ncid_), NC_NOERR);
+  std::vector<Pair> data(rows * cols);
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = {0.5 * double(i), int(i)};
+  ASSERT_EQ(nc_put_var(ncid_, var, data.data()), NC_NOERR);
+  const qvArrayPtr whole = call1("getVar", {ncid_, var});
+  const qvArrayPtr strided = call1("getVars", {ncid_, var, test::array<double>({0, 0}, {1, 2}),
+                                               test::array<double>({double(cols), 2}, {1, 2}),
+                                               test::array<double>({1, 2}, {1, 2})});
+  EXPECT_EQ(dimsOf(qvGetFieldByNumber(whole.get(), 0, 0)), (test::Dims{cols, rows}));
+  const auto t = valuesOf<double>(qvGetFieldByNumber(whole.get(), 0, 0));
+  const auto q = valuesOf<std::int32_t>(qvGetFieldByNumber(whole.get(), 0, 1));
+  const auto q2 = valuesOf<std::int32_t>(qvGetFieldByNumber(strided.get(), 0, 1));
+  ASSERT_EQ(q.size(), rows * cols);
+  ASSERT_EQ(q2.size(), 2 * cols);
+  for (std::size_t i = 0; i < q.size(); ++i) {
+    ASSERT_EQ(t[i], 0.5 * double(i));
+    ASSERT_EQ(q[i], int(i));
+  }
+  for (std::size_t j = 0; j < cols; ++j) ASSERT_EQ(q2[cols + j], int(2 * cols + j));
+}
+
 }  // namespace
