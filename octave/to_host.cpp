@@ -1,10 +1,10 @@
 #include "to_host.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 
+#include "gateway/row_meaning.hpp"
 #include "octave_blocks.hpp"
 #include "octave_types.hpp"
 #include "qvhost/storage.hpp"
@@ -127,34 +127,35 @@ qvArrayPtr vlenToHost(const octave_value& v) {
   });
 }
 
-// Data in a type's own form: char is NC_CHAR bytes, cells are vlen data, structs compound
-// data.
+// Data in a type's own form: char is NC_CHAR bytes, cells are vlen data (the library takes
+// a cell of char rows as NC_STRING data where the type is NC_STRING), structs compound data
+// whose fields are in this form too.
 qvArrayPtr ownDataToHost(const octave_value& v) {
   if (v.is_string()) return rawBytesToHost(v.char_array_value());
   if (v.iscell()) return vlenToHost(v);
   return toHost(v);
 }
 
-enum class DataForm { plain, bytes, strings, vlen, own, ownAttribute };
-
-// Which form an operation's last argument, its data, takes. NC_CHAR data is bytes, not
-// text: each Octave char is one byte of the variable, as reads return them, so that
-// UTF-8 text round-trips and its length is its byte count.
-DataForm dataFormOf(std::string_view op) {
-  static constexpr std::array<std::string_view, 4> kTextWrites = {"putVarText", "putVar1Text",
-                                                                  "putVaraText", "putVarsText"};
-  static constexpr std::array<std::string_view, 5> kStringWrites = {
-      "putVarString", "putVar1String", "putVaraString", "putVarsString", "putAttString"};
-  static constexpr std::array<std::string_view, 6> kVlenWrites = {
-      "putVarVlen", "putVar1Vlen", "putVaraVlen", "putVarsVlen", "putAttVlen", "defVarFill"};
-  if (std::ranges::find(kTextWrites, op) != kTextWrites.end()) return DataForm::bytes;
-  if (std::ranges::find(kStringWrites, op) != kStringWrites.end()) return DataForm::strings;
-  if (std::ranges::find(kVlenWrites, op) != kVlenWrites.end()) return DataForm::vlen;
-  if (op == "putVar" || op == "putVar1" || op == "putVara" || op == "putVars") {
-    return DataForm::own;
+// An operation's data, its last input, in the form its row expects. NC_CHAR data is
+// bytes, not text: each Octave char is one byte of the variable, as reads return them,
+// so that UTF-8 text round-trips and its length is its byte count. Attribute text is
+// UTF-8 text in every row.
+qvArrayPtr dataToHost(const octave_value& v, const RowMeaning& meaning) {
+  DataInput form = meaning.data;
+  if (form == DataInput::OwnType) {
+    if (meaning.target == Target::Attribute && v.is_string()) return toHost(v);
+    return ownDataToHost(v);
   }
-  if (op == "putAtt") return DataForm::ownAttribute;
-  return DataForm::plain;
+  switch (form) {
+    case DataInput::Bytes:
+      return v.is_string() ? rawBytesToHost(v.char_array_value()) : toHost(v);
+    case DataInput::Strings:
+      return toHostStrings(v);
+    case DataInput::Vlen:
+      return vlenToHost(v);
+    default:
+      return toHost(v);
+  }
 }
 
 }  // namespace
@@ -186,25 +187,12 @@ qvArrayPtr toHostStrings(const octave_value& v) {
 
 std::vector<qvArrayPtr> argumentsToHost(const octave_value_list& args) {
   const octave_idx_type n = args.length();
-  const DataForm form =
-      n > 1 && isCharRow(args(0)) ? dataFormOf(args(0).string_value()) : DataForm::plain;
+  const RowMeaning meaning = n > 1 && isCharRow(args(0)) ? meaningOf(args(0).string_value())
+                                                         : RowMeaning{};
   std::vector<qvArrayPtr> out;
   out.reserve(static_cast<std::size_t>(n));
   for (octave_idx_type k = 0; k < n; ++k) {
-    const bool isData = k == n - 1 && k > 0;
-    if (isData && form == DataForm::bytes && args(k).is_string()) {
-      out.push_back(rawBytesToHost(args(k).char_array_value()));
-    } else if (isData && form == DataForm::strings) {
-      out.push_back(toHostStrings(args(k)));
-    } else if (isData && form == DataForm::vlen) {
-      out.push_back(vlenToHost(args(k)));
-    } else if (isData && (form == DataForm::own ||
-                          (form == DataForm::ownAttribute && !args(k).is_string()))) {
-      // Attribute text stays text, as in the typed attribute writes.
-      out.push_back(ownDataToHost(args(k)));
-    } else {
-      out.push_back(toHost(args(k)));
-    }
+    out.push_back(k == n - 1 && k > 0 ? dataToHost(args(k), meaning) : toHost(args(k)));
   }
   return out;
 }

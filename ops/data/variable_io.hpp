@@ -23,6 +23,10 @@ struct Selection {
   bool whole = true;
 };
 
+// Lengths of the dimensions dimids, each asked through the status check.
+std::vector<std::size_t> dimensionLengths(int ncid, std::span<const int> dimids,
+                                          const OperationRow& row);
+
 // The number of elements of a selection or variable with these lengths: 0 when any is 0,
 // empty when the product does not fit 64 bits (a wrapped product could match a data
 // count and let netCDF-C read far past the data).
@@ -36,14 +40,14 @@ struct ReadPlan {
 };
 
 // The checks and shapes the whole and subset operations share, typed or not. inputs are
-// the operation's inputs (ncid, varid, START, ...); count is the number of elements the
-// data to write holds. Writes return the selection to write.
+// the operation's inputs (ncid, varid, START, ...), whose form the row gives; count is the
+// number of elements the data to write holds. Writes return the selection to write.
 ReadPlan prepareWholeRead(int ncid, int varid, const OperationRow& row);
-ReadPlan prepareSubsetRead(int ncid, int varid, int nInputs, const qvArray* const* inputs,
+ReadPlan prepareSubsetRead(int ncid, int varid, const qvArray* const* inputs,
                            const OperationRow& row);
 Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const OperationRow& row);
-Selection prepareSubsetWrite(int ncid, int varid, int nInputs, const qvArray* const* inputs,
-                             std::size_t count, const OperationRow& row);
+Selection prepareSubsetWrite(const qvArray* const* inputs, std::size_t count, int ncid, int varid,
+                             const OperationRow& row);
 
 // Creates the result of dims in plhs[0] and reads into it. xtype is the variable's type
 // (used by Vlen only).

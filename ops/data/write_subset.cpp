@@ -7,15 +7,12 @@
 #include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 #include "ops/data/data.hpp"
+#include "ops/data/own_type.hpp"
 #include "ops/data/subset.hpp"
 
-namespace {
-constexpr int kFirstOpId = 113;
-}
-
-Selection prepareSubsetWrite(int ncid, int varid, int nInputs, const qvArray* const* inputs,
-                             std::size_t count, const OperationRow& row) {
-  Selection where = getSubset(inputs + 2, nInputs > 4, nInputs == 6);
+Selection prepareSubsetWrite(const qvArray* const* inputs, std::size_t count, int ncid, int varid,
+                             const OperationRow& row) {
+  Selection where = getSubset(inputs + 2, row.meaning.form);
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   checkSubsetLengths(ncid, varid, where, LengthReport::OwnLength, row);
@@ -34,10 +31,9 @@ void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inpu
                        const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
+  if (!row.meaning.kind) return writeOwnTypeVariable(ncid, varid, nInputs, inputs, row);
   const qvArray* data = inputs[nInputs - 1];
   const Selection where =
-      prepareSubsetWrite(ncid, varid, nInputs, inputs, numberOfElements(data), row);
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  writeVariableData(*kind, ncid, varid, where, data, row);
+      prepareSubsetWrite(inputs, qvGetNumberOfElements(data), ncid, varid, row);
+  writeVariableData(*row.meaning.kind, ncid, varid, where, data, row);
 }

@@ -8,11 +8,8 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/data/data.hpp"
+#include "ops/data/own_type.hpp"
 #include "ops/data/variable_io.hpp"
-
-namespace {
-constexpr int kFirstOpId = 100;
-}
 
 Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const OperationRow& row) {
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
@@ -20,8 +17,7 @@ Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const Operat
   int ndims = 0;
   int dimids[NC_MAX_VAR_DIMS] = {};
   checkStatus(nc_inq_var(ncid, varid, nullptr, nullptr, &ndims, dimids, nullptr), row);
-  std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
-  for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
+  const auto lengths = dimensionLengths(ncid, {dimids, static_cast<std::size_t>(ndims)}, row);
   const std::optional<std::size_t> product = elementProduct(lengths);
   if (product == 0u) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
   // Element counts only: shapes are not compared.
@@ -29,13 +25,12 @@ Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const Operat
   return Selection{};
 }
 
-void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
+void handleWriteWhole(int, qvArrayPtr*, int nInputs, const qvArray* const* inputs,
                       const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
+  if (!row.meaning.kind) return writeOwnTypeVariable(ncid, varid, nInputs, inputs, row);
   const qvArray* data = inputs[2];
-  prepareWholeWrite(ncid, varid, numberOfElements(data), row);
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  writeVariableData(*kind, ncid, varid, Selection{}, data, row);
+  const Selection where = prepareWholeWrite(ncid, varid, qvGetNumberOfElements(data), row);
+  writeVariableData(*row.meaning.kind, ncid, varid, where, data, row);
 }

@@ -1,21 +1,52 @@
 // Handlers of dimensions, groups, variables and user-defined types.
 #pragma once
 
+#include <netcdf.h>
+
+#include <cstddef>
+
 #include "gateway/operation.hpp"
 
-// "defDim", "inqDim", "inqDimID", "inqDimIDs", "inqUnlimDims", "renameDim".
-NETCDFLIB_HANDLER(handleDimensions);
-// "defGrp", "inqNcid", "inqGrps", "inqGrpName", "inqGrpNameFull", "inqGrpParent".
-NETCDFLIB_HANDLER(handleGroups);
-// "defVar", "inqVar", "inqVarID", "inqVarIDs", "renameVar".
-NETCDFLIB_HANDLER(handleVariables);
-// "defVlen", "inqUserType", "inqVlen".
-NETCDFLIB_HANDLER(handleUserTypes);
-// "defEnum" ... "inqOpaque": enum, compound and opaque types.
-NETCDFLIB_HANDLER(handleUserTypeDefinitions);
+NETCDFLIB_HANDLER(handleDefDim);
+NETCDFLIB_HANDLER(handleInqDim);
+NETCDFLIB_HANDLER(handleInqDimID);
+NETCDFLIB_HANDLER(handleInqDimIDs);
+NETCDFLIB_HANDLER(handleInqUnlimDims);
+NETCDFLIB_HANDLER(handleRenameDim);
+NETCDFLIB_HANDLER(handleDefGrp);
+NETCDFLIB_HANDLER(handleInqNcid);
+NETCDFLIB_HANDLER(handleInqGrps);
+NETCDFLIB_HANDLER(handleInqGrpName);
+NETCDFLIB_HANDLER(handleInqGrpNameFull);
+NETCDFLIB_HANDLER(handleInqGrpParent);
+NETCDFLIB_HANDLER(handleDefVar);
+NETCDFLIB_HANDLER(handleInqVar);
+NETCDFLIB_HANDLER(handleInqVarID);
+NETCDFLIB_HANDLER(handleInqVarIDs);
+NETCDFLIB_HANDLER(handleRenameVar);
+NETCDFLIB_HANDLER(handleDefVlen);
+NETCDFLIB_HANDLER(handleInqUserType);
+NETCDFLIB_HANDLER(handleInqVlen);
+NETCDFLIB_HANDLER(handleDefEnum);
+NETCDFLIB_HANDLER(handleInsertEnum);
+NETCDFLIB_HANDLER(handleInqEnum);
+NETCDFLIB_HANDLER(handleInqEnumMember);
+NETCDFLIB_HANDLER(handleInqEnumIdent);
+// "defCompound", "defOpaque": nc_def_compound or nc_def_opaque.
+template <int (*define)(int, std::size_t, const char*, nc_type*)>
+NETCDFLIB_HANDLER(handleDefSizedType);
+NETCDFLIB_HANDLER(handleInsertCompound);
+NETCDFLIB_HANDLER(handleInsertArrayCompound);
+NETCDFLIB_HANDLER(handleInqCompound);
+NETCDFLIB_HANDLER(handleInqCompoundField);
+NETCDFLIB_HANDLER(handleInqCompoundFieldIndex);
+NETCDFLIB_HANDLER(handleInqOpaque);
 
-// "defVarChunking", "inqVarChunking", "defVarDeflate", "inqVarDeflate",
-// "defVarFletcher32", "inqVarFletcher32".
-NETCDFLIB_HANDLER(handleStorage);
-// "defVarFill", "inqVarFill".
-NETCDFLIB_HANDLER(handleFillValues);
+NETCDFLIB_HANDLER(handleDefVarChunking);
+NETCDFLIB_HANDLER(handleInqVarChunking);
+NETCDFLIB_HANDLER(handleDefVarDeflate);
+NETCDFLIB_HANDLER(handleInqVarDeflate);
+NETCDFLIB_HANDLER(handleDefVarFletcher32);
+NETCDFLIB_HANDLER(handleInqVarFletcher32);
+NETCDFLIB_HANDLER(handleDefVarFill);
+NETCDFLIB_HANDLER(handleInqVarFill);

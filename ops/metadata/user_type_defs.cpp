@@ -17,21 +17,6 @@
 #include "ops/metadata/metadata.hpp"
 
 namespace {
-enum OpId {
-  kDefEnum = 186,
-  kInsertEnum,
-  kInqEnum,
-  kInqEnumMember,
-  kInqEnumIdent,
-  kDefCompound,
-  kInsertCompound,
-  kInsertArrayCompound,
-  kInqCompound,
-  kInqCompoundField,
-  kInqCompoundFieldIndex,
-  kDefOpaque,
-  kInqOpaque,
-};
 
 nc_type enumBase(int ncid, nc_type type, const OperationRow& row) {
   nc_type base = NC_NAT;
@@ -117,134 +102,167 @@ std::string definedName(int ncid, const qvArray* name, const OperationRow& row) 
   refuseHdf5NameClash(ncid, out, NewObject::GroupOrType, row);
   return out;
 }
+
+// The inputs a field insertion starts with, converted in order.
+struct Field {
+  int ncid;
+  nc_type type;
+  std::string name;
+  std::size_t offset;
+  nc_type fieldType;
+};
+
+Field getField(const qvArray* const* inputs, const OperationRow& row) {
+  Field f;
+  f.ncid = getScalar<int>(inputs[0], "ncid");
+  f.type = getScalar<int>(inputs[1], "typeID");
+  f.name = getName(inputs[2], "fieldName");
+  f.offset = getScalar<std::size_t>(inputs[3], "offset");
+  f.fieldType = getScalar<int>(inputs[4], "fieldType");
+  // netCDF-C 4.9.0 accepts a compound inside itself (directly or through other types),
+  // which nothing can then read or write.
+  if (typeHolds(f.ncid, f.fieldType, f.type)) checkStatus(NC_EBADTYPE, row);
+  return f;
+}
 }  // namespace
 
-void handleUserTypeDefinitions(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                               const OperationRow& row) {
+NETCDFLIB_HANDLER(handleDefEnum) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
+  const std::string name = definedName(ncid, inputs[1], row);
+  const int base = getScalar<int>(inputs[2], "baseType");
+  // netCDF-C 4.9.0 takes any base here; HDF5 then cannot write the type at endDef.
+  if (!isIntegerType(base)) checkStatus(NC_EBADTYPE, row);
   nc_type type = NC_NAT;
+  checkStatus(nc_def_enum(ncid, base, name.c_str(), &type), row);
+  plhs[0] = makeDoubleScalar(type);
+}
+
+NETCDFLIB_HANDLER(handleInsertEnum) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  const std::string member = getName(inputs[2], "memberName");
+  insertEnumMember(ncid, type, member, inputs[3], row);
+}
+
+NETCDFLIB_HANDLER(handleInqEnum) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  char name[NC_MAX_NAME + 1] = {};
+  nc_type base = NC_NAT;
+  std::size_t size = 0, count = 0;
+  checkStatus(nc_inq_enum(ncid, type, name, &base, &size, &count), row);
+  plhs[0] = makeNameResult(name);
+  plhs[1] = makeDoubleScalar(base);
+  plhs[2] = makeDoubleScalar(static_cast<double>(size));
+  plhs[3] = makeDoubleScalar(static_cast<double>(count));
+}
+
+NETCDFLIB_HANDLER(handleInqEnumMember) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  const int index = getScalar<int>(inputs[2], "memberIndex");
+  const nc_type base = enumBase(ncid, type, row);
+  const auto cls = hostClassOf(base);
+  if (!cls || atomicElementSize(base) == 0) checkStatus(NC_EBADTYPE, row);
+  char name[NC_MAX_NAME + 1] = {};
+  qvArrayPtr value = makeNumericOutput(*cls, {1, 1});
+  checkStatus(nc_inq_enum_member(ncid, type, index, name, qvGetData(value.get())), row);
+  plhs[0] = makeNameResult(name);
+  plhs[1] = std::move(value);
+}
+
+NETCDFLIB_HANDLER(handleInqEnumIdent) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  const long long value = getScalar<long long>(inputs[2], "value");
+  char name[NC_MAX_NAME + 1] = {};
+  checkStatus(nc_inq_enum_ident(ncid, type, value, name), row);
+  plhs[0] = makeNameResult(name);
+}
+
+// "defCompound", "defOpaque": a type of a given size, the netCDF-C call picked by the table.
+template <int (*define)(int, std::size_t, const char*, nc_type*)>
+void handleDefSizedType(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                        const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const std::string name = definedName(ncid, inputs[1], row);
+  const auto size = getScalar<std::size_t>(inputs[2], "size");
+  nc_type type = NC_NAT;
+  checkStatus(define(ncid, size, name.c_str(), &type), row);
+  plhs[0] = makeDoubleScalar(type);
+}
+template void handleDefSizedType<nc_def_compound>(int, qvArrayPtr*, int, const qvArray* const*,
+                                                  const OperationRow&);
+template void handleDefSizedType<nc_def_opaque>(int, qvArrayPtr*, int, const qvArray* const*,
+                                                const OperationRow&);
+
+NETCDFLIB_HANDLER(handleInsertCompound) {
+  const Field f = getField(inputs, row);
+  refuseFieldBeyondSize(f.ncid, f.type, f.offset, f.fieldType, {}, row);
+  checkStatus(nc_insert_compound(f.ncid, f.type, f.name.c_str(), f.offset, f.fieldType), row);
+}
+
+NETCDFLIB_HANDLER(handleInsertArrayCompound) {
+  const Field f = getField(inputs, row);
+  const std::vector<std::size_t> sizes = getChunkSizeRow(inputs[5], "dimSizes");
+  // netCDF-C 4.9.0 refuses only sizes past INT_MAX; no dimensions or a zero size make a
+  // field HDF5 cannot hold.
+  if (sizes.empty()) checkStatus(NC_EINVAL, row);
+  std::vector<int> dims;
+  for (const std::size_t size : sizes) {
+    if (size == 0 || size > INT_MAX) checkStatus(NC_EINVAL, row);
+    dims.push_back(static_cast<int>(size));
+  }
+  refuseFieldBeyondSize(f.ncid, f.type, f.offset, f.fieldType, dims, row);
+  checkStatus(nc_insert_array_compound(f.ncid, f.type, f.name.c_str(), f.offset, f.fieldType,
+                                       static_cast<int>(dims.size()), dims.data()),
+              row);
+}
+
+NETCDFLIB_HANDLER(handleInqCompound) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
   char name[NC_MAX_NAME + 1] = {};
   std::size_t size = 0, count = 0;
-  switch (row.opId) {
-    case kDefEnum: {
-      const std::string typeName = definedName(ncid, inputs[1], row);
-      const int base = getScalar<int>(inputs[2], "baseType");
-      // netCDF-C 4.9.0 takes any base here; HDF5 then cannot write the type at endDef.
-      if (!isIntegerType(base)) checkStatus(NC_EBADTYPE, row);
-      checkStatus(nc_def_enum(ncid, base, typeName.c_str(), &type), row);
-      plhs[0] = makeDoubleScalar(type);
-      return;
-    }
-    case kDefCompound:
-    case kDefOpaque: {
-      const std::string typeName = definedName(ncid, inputs[1], row);
-      size = getScalar<std::size_t>(inputs[2], "size");
-      checkStatus(row.opId == kDefCompound
-                      ? nc_def_compound(ncid, size, typeName.c_str(), &type)
-                      : nc_def_opaque(ncid, size, typeName.c_str(), &type),
-                  row);
-      plhs[0] = makeDoubleScalar(type);
-      return;
-    }
-    default:
-      break;
-  }
-  type = getScalar<int>(inputs[1], "typeID");
-  switch (row.opId) {
-    case kInsertEnum: {
-      const std::string member = getName(inputs[2], "memberName");
-      insertEnumMember(ncid, type, member, inputs[3], row);
-      return;
-    }
-    case kInqEnum: {
-      nc_type base = NC_NAT;
-      checkStatus(nc_inq_enum(ncid, type, name, &base, &size, &count), row);
-      plhs[0] = makeNameResult(name);
-      plhs[1] = makeDoubleScalar(base);
-      plhs[2] = makeDoubleScalar(static_cast<double>(size));
-      plhs[3] = makeDoubleScalar(static_cast<double>(count));
-      return;
-    }
-    case kInqEnumMember: {
-      const int index = getScalar<int>(inputs[2], "memberIndex");
-      const nc_type base = enumBase(ncid, type, row);
-      const auto cls = hostClassOf(base);
-      if (!cls || atomicElementSize(base) == 0) checkStatus(NC_EBADTYPE, row);
-      qvArrayPtr value = makeNumericOutput(*cls, {1, 1});
-      checkStatus(nc_inq_enum_member(ncid, type, index, name, qvGetData(value.get())), row);
-      plhs[0] = makeNameResult(name);
-      plhs[1] = std::move(value);
-      return;
-    }
-    case kInqEnumIdent: {
-      const long long value = getScalar<long long>(inputs[2], "value");
-      checkStatus(nc_inq_enum_ident(ncid, type, value, name), row);
-      plhs[0] = makeNameResult(name);
-      return;
-    }
-    case kInsertCompound:
-    case kInsertArrayCompound: {
-      const std::string field = getName(inputs[2], "fieldName");
-      const auto offset = getScalar<std::size_t>(inputs[3], "offset");
-      const int fieldType = getScalar<int>(inputs[4], "fieldType");
-      // netCDF-C 4.9.0 accepts a compound inside itself (directly or through other types),
-      // which nothing can then read or write.
-      if (typeHolds(ncid, fieldType, type)) checkStatus(NC_EBADTYPE, row);
-      if (row.opId == kInsertCompound) {
-        refuseFieldBeyondSize(ncid, type, offset, fieldType, {}, row);
-        checkStatus(nc_insert_compound(ncid, type, field.c_str(), offset, fieldType), row);
-        return;
-      }
-      const std::vector<std::size_t> sizes = getChunkSizeRow(inputs[5], "dimSizes");
-      std::vector<int> dims;
-      // netCDF-C 4.9.0 refuses only sizes past INT_MAX; no dimensions or a zero size make
-      // a field HDF5 cannot hold.
-      if (sizes.empty()) checkStatus(NC_EINVAL, row);
-      for (const std::size_t s : sizes) {
-        if (s == 0 || s > INT_MAX) checkStatus(NC_EINVAL, row);
-        dims.push_back(static_cast<int>(s));
-      }
-      refuseFieldBeyondSize(ncid, type, offset, fieldType, dims, row);
-      checkStatus(nc_insert_array_compound(ncid, type, field.c_str(), offset, fieldType,
-                                           static_cast<int>(dims.size()), dims.data()),
-                  row);
-      return;
-    }
-    case kInqCompound:
-      checkStatus(nc_inq_compound(ncid, type, name, &size, &count), row);
-      plhs[0] = makeNameResult(name);
-      plhs[1] = makeDoubleScalar(static_cast<double>(size));
-      plhs[2] = makeDoubleScalar(static_cast<double>(count));
-      return;
-    case kInqCompoundField: {
-      const int index = getScalar<int>(inputs[2], "fieldIndex");
-      nc_type fieldType = NC_NAT;
-      int ndims = 0;
-      checkStatus(
-          nc_inq_compound_field(ncid, type, index, name, &size, &fieldType, &ndims, nullptr), row);
-      std::vector<int> sizes(static_cast<std::size_t>(std::max(ndims, 0)), 0);
-      if (ndims > 0) {
-        checkStatus(nc_inq_compound_fielddim_sizes(ncid, type, index, sizes.data()), row);
-      }
-      plhs[0] = makeNameResult(name);
-      plhs[1] = makeDoubleScalar(static_cast<double>(size));
-      plhs[2] = makeDoubleScalar(fieldType);
-      plhs[3] = fieldDimRow(sizes);
-      return;
-    }
-    case kInqCompoundFieldIndex: {
-      const std::string field = getName(inputs[2], "fieldName");
-      int index = -1;
-      checkStatus(nc_inq_compound_fieldindex(ncid, type, field.c_str(), &index), row);
-      plhs[0] = makeDoubleScalar(index);
-      return;
-    }
-    case kInqOpaque:
-      checkStatus(nc_inq_opaque(ncid, type, name, &size), row);
-      plhs[0] = makeNameResult(name);
-      plhs[1] = makeDoubleScalar(static_cast<double>(size));
-      return;
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+  checkStatus(nc_inq_compound(ncid, type, name, &size, &count), row);
+  plhs[0] = makeNameResult(name);
+  plhs[1] = makeDoubleScalar(static_cast<double>(size));
+  plhs[2] = makeDoubleScalar(static_cast<double>(count));
+}
+
+NETCDFLIB_HANDLER(handleInqCompoundField) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  const int index = getScalar<int>(inputs[2], "fieldIndex");
+  char name[NC_MAX_NAME + 1] = {};
+  std::size_t offset = 0;
+  nc_type fieldType = NC_NAT;
+  int ndims = 0;
+  checkStatus(nc_inq_compound_field(ncid, type, index, name, &offset, &fieldType, &ndims, nullptr),
+              row);
+  std::vector<int> sizes(static_cast<std::size_t>(std::max(ndims, 0)), 0);
+  if (ndims > 0) checkStatus(nc_inq_compound_fielddim_sizes(ncid, type, index, sizes.data()), row);
+  plhs[0] = makeNameResult(name);
+  plhs[1] = makeDoubleScalar(static_cast<double>(offset));
+  plhs[2] = makeDoubleScalar(fieldType);
+  plhs[3] = fieldDimRow(sizes);
+}
+
+NETCDFLIB_HANDLER(handleInqCompoundFieldIndex) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  const std::string field = getName(inputs[2], "fieldName");
+  int index = -1;
+  checkStatus(nc_inq_compound_fieldindex(ncid, type, field.c_str(), &index), row);
+  plhs[0] = makeDoubleScalar(index);
+}
+
+NETCDFLIB_HANDLER(handleInqOpaque) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int type = getScalar<int>(inputs[1], "typeID");
+  char name[NC_MAX_NAME + 1] = {};
+  std::size_t size = 0;
+  checkStatus(nc_inq_opaque(ncid, type, name, &size), row);
+  plhs[0] = makeNameResult(name);
+  plhs[1] = makeDoubleScalar(static_cast<double>(size));
 }

@@ -1,7 +1,7 @@
-// "getVar", "putVar" and their 1/a/s forms, "getAtt" and "putAtt": data in the variable's
-// or attribute's own type, whatever it is. Atomic types and vlens of them move exactly as
+// Data rows without a kind ("getVar", "putVar1", "getAtt", ...): data in the variable's or
+// attribute's own type, whatever it is. Atomic types and vlens of them move exactly as
 // the typed rows move them; enum and opaque data go straight between netCDF-C and the
-// host array; compound data and vlens of user types pass through one native buffer.
+// host array; compound data and vlens of user types pass through a native buffer.
 #include <netcdf.h>
 
 #include <algorithm>
@@ -14,28 +14,11 @@
 #include "convert/user_data.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
-#include "ops/data/data.hpp"
+#include "ops/data/own_type.hpp"
 #include "ops/data/subset.hpp"
-
-namespace {
-enum OpId {
-  kGetVar = 199,
-  kGetVar1,
-  kGetVara,
-  kGetVars,
-  kPutVar,
-  kPutVar1,
-  kPutVara,
-  kPutVars,
-  kGetAtt,
-  kPutAtt,
-};
-constexpr int kFirstGetAttOpId = 16;
-constexpr int kFirstPutAttOpId = 86;
 
 using Kind = TypeNode::Kind;
 
-// The typed kind that moves t (atomic types and vlens of them), if any.
 std::optional<DataKind> typedKindOf(const TypeNode& t) {
   if (t.kind == Kind::Char) return DataKind::Text;
   if (t.kind == Kind::String) return DataKind::String;
@@ -44,14 +27,14 @@ std::optional<DataKind> typedKindOf(const TypeNode& t) {
   return std::nullopt;
 }
 
-// Enum and opaque values are the host array's own bytes.
-bool movesInPlace(const TypeNode& t) { return t.kind == Kind::Enum || t.kind == Kind::Opaque; }
-
-// NC_STRING data may come as a cell of char arrays; it is written as a string array.
 qvArrayPtr stringsIfCells(const TypeNode& t, const qvArray* data) {
   if (t.kind != Kind::String || qvGetClassID(data) != qvCELL_CLASS) return nullptr;
   return stringsFromCells(data, "data");
 }
+
+namespace {
+// Enum and opaque values are the host array's own bytes.
+bool movesInPlace(const TypeNode& t) { return t.kind == Kind::Enum || t.kind == Kind::Opaque; }
 
 std::unique_ptr<TypeNode> variableType(int ncid, int varid, const OperationRow& row) {
   nc_type xtype = NC_NAT;
@@ -147,13 +130,14 @@ void readRecords(int ncid, int varid, const TypeNode& t, const ReadPlan& plan, q
   slot = std::move(out);
 }
 
-void readVariable(int nInputs, qvArrayPtr* plhs, const qvArray* const* inputs,
-                  const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
+}  // namespace
+
+void readOwnTypeVariable(int ncid, int varid, const qvArray* const* inputs, qvArrayPtr* plhs,
+                         const OperationRow& row) {
   const auto t = variableType(ncid, varid, row);
-  const ReadPlan plan = row.opId == kGetVar ? prepareWholeRead(ncid, varid, row)
-                                            : prepareSubsetRead(ncid, varid, nInputs, inputs, row);
+  const ReadPlan plan = row.meaning.form == Form::Whole
+                            ? prepareWholeRead(ncid, varid, row)
+                            : prepareSubsetRead(ncid, varid, inputs, row);
   if (const auto kind = typedKindOf(*t)) {
     readVariableData(*kind, ncid, varid, plan.xtype, plan.where, plan.dims, plhs, row);
     return;
@@ -170,16 +154,15 @@ void readVariable(int nInputs, qvArrayPtr* plhs, const qvArray* const* inputs,
   readRecords(ncid, varid, *t, plan, plhs[0], row);
 }
 
-void writeVariable(int nInputs, const qvArray* const* inputs, const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
+void writeOwnTypeVariable(int ncid, int varid, int nInputs, const qvArray* const* inputs,
+                          const OperationRow& row) {
   const auto t = variableType(ncid, varid, row);
   const qvArrayPtr strings = stringsIfCells(*t, inputs[nInputs - 1]);
   const qvArray* data = strings ? strings.get() : inputs[nInputs - 1];
   const std::size_t count = hostElementCount(*t, data, "data");
-  const Selection where = row.opId == kPutVar
+  const Selection where = row.meaning.form == Form::Whole
                               ? prepareWholeWrite(ncid, varid, count, row)
-                              : prepareSubsetWrite(ncid, varid, nInputs, inputs, count, row);
+                              : prepareSubsetWrite(inputs, count, ncid, varid, row);
   if (const auto kind = typedKindOf(*t)) {
     writeVariableData(*kind, ncid, varid, where, data, row);
     return;
@@ -191,74 +174,17 @@ void writeVariable(int nInputs, const qvArray* const* inputs, const OperationRow
   }, row);
 }
 
-// The typed attribute row of the same name's kind, so that atomic values keep its rules.
-OperationRow typedAttributeRow(DataKind kind, int firstOpId, OperationHandler handler,
-                               const OperationRow& row) {
-  return OperationRow{firstOpId + static_cast<int>(kind), row.name, row.nInputs, handler};
-}
-
-void readAttribute(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                   const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
-  const std::string name = getName(inputs[2], "attribute");
-  nc_type xtype = NC_NAT;
-  std::size_t len = 0;
-  checkStatus(nc_inq_att(ncid, varid, name.c_str(), &xtype, &len), row);
-  const auto t = describeType(ncid, xtype, row);
-  if (const auto kind = typedKindOf(*t)) {
-    const OperationRow typed =
-        typedAttributeRow(*kind, kFirstGetAttOpId, handleGetAttribute, row);
-    handleGetAttribute(nlhs, plhs, nInputs, inputs, typed);
-    return;
-  }
-  readUserData(ncid, *t, len, attributeShape(len), plhs[0], [&](void* buffer) {
+void readUserAttribute(int ncid, int varid, const std::string& name, const TypeNode& t,
+                       std::size_t len, qvArrayPtr& slot, const OperationRow& row) {
+  readUserData(ncid, t, len, attributeShape(len), slot, [&](void* buffer) {
     return nc_get_att(ncid, varid, name.c_str(), buffer);
   }, row);
 }
 
-void writeAttribute(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                    const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
-  const std::string name = getName(inputs[2], "attribute");
-  const int xtype = getScalar<int>(inputs[3], "xtype");
-  const auto t = describeType(ncid, xtype, row);
-  const qvArrayPtr strings = stringsIfCells(*t, inputs[4]);
-  const qvArray* data = strings ? strings.get() : inputs[4];
-  if (const auto kind = typedKindOf(*t)) {
-    const qvArray* const typedInputs[] = {inputs[0], inputs[1], inputs[2], inputs[3], data};
-    // NC_UBYTE goes to the Uchar member: uint8 data either way.
-    const OperationRow typed =
-        typedAttributeRow(*kind, kFirstPutAttOpId, handlePutAttribute, row);
-    handlePutAttribute(nlhs, plhs, nInputs, typedInputs, typed);
-    return;
-  }
-  const std::size_t n = hostElementCount(*t, data, "data");
-  writeUserData(*t, data, n, [&](const void* buffer) {
+void writeUserAttribute(int ncid, int varid, const std::string& name, nc_type xtype,
+                        const TypeNode& t, const qvArray* data, const OperationRow& row) {
+  const std::size_t n = hostElementCount(t, data, "data");
+  writeUserData(t, data, n, [&](const void* buffer) {
     return nc_put_att(ncid, varid, name.c_str(), xtype, n, buffer);
   }, row);
-}
-}  // namespace
-
-void handleUntypedData(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
-                       const OperationRow& row) {
-  switch (row.opId) {
-    case kGetVar:
-    case kGetVar1:
-    case kGetVara:
-    case kGetVars:
-      return readVariable(nInputs, plhs, inputs, row);
-    case kPutVar:
-    case kPutVar1:
-    case kPutVara:
-    case kPutVars:
-      return writeVariable(nInputs, inputs, row);
-    case kGetAtt:
-      return readAttribute(nlhs, plhs, nInputs, inputs, row);
-    case kPutAtt:
-      return writeAttribute(nlhs, plhs, nInputs, inputs, row);
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
 }
