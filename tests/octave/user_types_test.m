@@ -3,7 +3,7 @@
 ## ncdump, python3-netcdf4 and captured DAP4 responses, and the errors of wrong data.
 
 %!shared work, p, obs, obs_cdl
-%! work = scratch_dir ();
+%! work = work_dir ();
 %! p = @(name) netcdflib ('parameter', name);
 %! ## Three records of a compound with scalar, array, char-array, nested, string and vlen
 %! ## fields, in the form "getVar" returns them.
@@ -23,6 +23,48 @@
 %!   " o = {1.5, -1, 3, {1, 2, 3, 4}, {\"acf\"}, {7, {8, 9}}, \"x\", {1, 2}}, \n" ...
 %!   "    {2.5, 0, -4, {5, 6, 7, 8}, {\"bd\"}, {17, {18, 19}}, \"yy\", {3}}, \n" ...
 %!   "    {3.5, 1e+30, 5, {9, 10, 11, 12}, {\"e\"}, {27, {28, 29}}, \"\", {}} ;\n}\n"];
+
+## Fails unless OBSERVED has EXPECTED's class, size and values, element by element in
+## cells and field by field in structs; WHERE names the case.
+%!function expect_same (observed, expected, where)
+%!  if (nargin < 3)
+%!    where = 'value';
+%!  end
+%!  if (! strcmp (class (observed), class (expected)) || ! isequal (size (observed), size (expected)))
+%!    error ('%s: %s %s observed, %s %s expected', where, class (observed), ...
+%!           mat2str (size (observed)), class (expected), mat2str (size (expected)));
+%!  end
+%!  if (isstruct (expected))
+%!    assert (fieldnames (observed), fieldnames (expected));
+%!    for f = fieldnames (expected)'
+%!      expect_same (observed.(f{1}), expected.(f{1}), sprintf ('%s.%s', where, f{1}));
+%!    end
+%!  elseif (iscell (expected))
+%!    for i = 1:numel (expected)
+%!      expect_same (observed{i}, expected{i}, sprintf ('%s{%d}', where, i));
+%!    end
+%!  elseif (! isequaln (observed, expected))
+%!    error ('%s: observed %s, expected %s', where, disp (observed), disp (expected));
+%!  end
+%!endfunction
+
+## Fails unless ERR has identifier ID and a message holding every text given.
+%!function expect_error (err, id, varargin)
+%!  assert (err.identifier, id);
+%!  for k = 1:numel (varargin)
+%!    assert (! isempty (strfind (err.message, varargin{k})), err.message);
+%!  end
+%!endfunction
+
+## Writes FILE from the CDL text with ncgen.
+%!function ncgen_file (file, cdl)
+%!  fid = fopen ([file '.cdl'], 'w');
+%!  fputs (fid, cdl);
+%!  fclose (fid);
+%!  ncgen = fullfile (fileparts (getenv ('NETCDFLIB_NCDUMP')), 'ncgen');
+%!  [status, out] = system (sprintf ('"%s" -k nc4 -o "%s" "%s" 2>&1', ncgen, file, [file '.cdl']));
+%!  assert (status == 0, out);
+%!endfunction
 
 ## Defines obs_t and its parts in NC, laid out as a C compiler would, and returns its id.
 %!function [obs_t, ints_t] = define_obs (nc)
@@ -214,8 +256,8 @@
 %! expect_same (netcdflib ('getVar', nc, 1), uint8 ([1:5; 10:14; 255 255 255 255 0]'), 'b');
 %! expect_same (netcdflib ('getVar', nc, 2), obs, 'o');
 %! netcdflib ('close', nc);
-%! expect_same (ncdump_text (fullfile (work, 'same.nc')), ...
-%!              ncdump_text (fullfile (work, 'ncgen', 'same.nc')), 'ncdump');
+%! expect_same (ncdump (fullfile (work, 'same.nc')), ...
+%!              ncdump (fullfile (work, 'ncgen', 'same.nc')), 'ncdump');
 
 ## python3-netcdf4, both ways, on enum and compound data.
 %!test
@@ -273,7 +315,7 @@
 
 ## The enum and opaque variables of DAP4 responses, through netCDF-C's DAP4 client.
 %!test
-%! dap4 = fullfile (fileparts (which ('expect_same')), '..', 'fixtures', 'dap4');
+%! dap4 = fullfile (fileparts (which ('run_test_blocks')), '..', 'fixtures', 'dap4');
 %! url = @(name) sprintf ('file://%s#dap4', canonicalize_file_name (fullfile (dap4, [name '.dap'])));
 %! url = @(name) strrep (url (name), '.dap#', '#');
 %! cases = {'test_enum.nc', int8(2); 'test_enum_array.nc', int8([0; 2; 0; 1; 127]);
