@@ -22,8 +22,10 @@ enum class Form : std::uint8_t { Whole, One, Block, Strided };
 // Bytes   a char array as one byte per character (NC_CHAR variable data);
 // Strings a char row or cell of char rows as a string array;
 // Vlen    a cell of element data, nested cells for nested records;
-// OwnType data of whatever the target's type is: char as Bytes, a cell of char rows as
-//         Strings, other cells as Vlen, anything else as Plain.
+// OwnType data of whatever the target's type is: char as Bytes (as text for attributes),
+//         cells as Vlen (a cell of char rows is taken as NC_STRING data where the type is
+//         NC_STRING), structs as compound data whose fields are in this form too,
+//         anything else as Plain.
 enum class DataInput : std::uint8_t { Plain, Bytes, Strings, Vlen, OwnType };
 
 struct RowMeaning {

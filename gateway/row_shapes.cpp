@@ -23,6 +23,9 @@ constexpr std::array kOutputCounts = {
     Outputs{"pOpen", 2},          Outputs{"redef", 0},           Outputs{"renameAtt", 0},
     Outputs{"renameDim", 0},      Outputs{"renameVar", 0},       Outputs{"setChunkCache", 0},
     Outputs{"sync", 0},
+    Outputs{"insertEnum", 0},     Outputs{"inqEnum", 4},         Outputs{"inqEnumMember", 2},
+    Outputs{"insertCompound", 0}, Outputs{"insertArrayCompound", 0},
+    Outputs{"inqCompound", 3},    Outputs{"inqCompoundField", 4}, Outputs{"inqOpaque", 2},
 };
 
 // Operations whose first input is not an id.

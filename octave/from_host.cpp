@@ -90,6 +90,20 @@ octave_value stringsFromHost(const qvArray* a) {
   return octave_value(cell);
 }
 
+octave_value structFromHost(const qvArray* a) {
+  const dim_vector dv = dimsOf(a);
+  octave_map map(dv);
+  const std::size_t nfields = qvGetNumberOfFields(a);
+  for (std::size_t k = 0; k < nfields; ++k) {
+    Cell values(dv);
+    for (octave_idx_type i = 0; i < values.numel(); ++i) {
+      values(i) = fromHost(qvGetFieldByNumber(a, static_cast<std::size_t>(i), k));
+    }
+    map.assign(qvGetFieldNameByNumber(a, k), values);
+  }
+  return octave_value(map);
+}
+
 }  // namespace
 
 octave_value fromHost(const qvArray* a) {
@@ -103,6 +117,8 @@ octave_value fromHost(const qvArray* a) {
       return cellFromHost(a);
     case qvSTRING_CLASS:
       return stringsFromHost(a);
+    case qvSTRUCT_CLASS:
+      return structFromHost(a);
     default:
       throw std::invalid_argument(std::string("a host ") + hostClassName(cls) +
                                   " array has no Octave counterpart");

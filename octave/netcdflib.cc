@@ -24,11 +24,16 @@ Operations (lower camel case forms of the netCDF-C calls):
   variables  defVar, inqVar, inqVarID, renameVar, defVarChunking,
              inqVarChunking, defVarDeflate, inqVarDeflate, defVarFletcher32,
              inqVarFletcher32, defVarFill, inqVarFill
-  types      defVlen, inqVlen, inqUserType
+  types      defVlen, inqVlen, inqUserType, defEnum, insertEnum, inqEnum,
+             inqEnumMember, inqEnumIdent, defCompound, insertCompound,
+             insertArrayCompound, inqCompound, inqCompoundField,
+             inqCompoundFieldIndex, defOpaque, inqOpaque
   data       getVar<T>, getVar1<T>, getVara<T>, getVars<T> and the same with
              put; <T> is Double, Float, Int64, Uint64, Int, Uint, Short, Ushort,
-             Schar, Uchar, Text, String or Vlen
-  attributes getAtt<T>, putAtt<T> (<T> as above, and Ubyte), inqAtt,
+             Schar, Uchar, Text, String or Vlen, or nothing for data in the
+             variable's own type (enum: integers; opaque: uint8 columns;
+             compound: a struct of field arrays; vlen: cells)
+  attributes getAtt<T>, putAtt<T> (<T> as above, and Ubyte, or nothing), inqAtt,
              inqAttID, inqAttName, copyAtt, renameAtt, delAtt
   constants  netcdflib ('getConstantNames') lists the named constants,
              netcdflib ('parameter', NAME) returns one, e.g. 'NC_NOWRITE'

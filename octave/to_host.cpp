@@ -72,13 +72,26 @@ qvArrayPtr complexToHost(const ComplexArray& values, qvClassID cls) {
 
 // Values the library has no use for keep their class and shape only.
 qvArrayPtr opaqueToHost(const octave_value& v) {
-  qvClassID cls = qvOBJECT_CLASS;
-  if (v.isstruct()) {
-    cls = qvSTRUCT_CLASS;
-  } else if (v.is_function_handle()) {
-    cls = qvFUNCTION_CLASS;
+  return qvCreateOpaque(hostDims(v.dims()), v.is_function_handle() ? qvFUNCTION_CLASS
+                                                                   : qvOBJECT_CLASS);
+}
+
+qvArrayPtr ownDataToHost(const octave_value& v);
+
+// Fields keep their order; their values are data in a type's own form (compound data).
+qvArrayPtr structToHost(const octave_map& map) {
+  const string_vector keys = map.keys();
+  std::vector<std::string> names;
+  for (octave_idx_type k = 0; k < keys.numel(); ++k) names.push_back(keys(k));
+  auto out = qvCreateStruct(hostDims(map.dims()), names);
+  for (octave_idx_type k = 0; k < keys.numel(); ++k) {
+    const Cell values = map.contents(keys(k));
+    for (octave_idx_type i = 0; i < values.numel(); ++i) {
+      qvSetFieldByNumber(out.get(), static_cast<std::size_t>(i), static_cast<std::size_t>(k),
+                         ownDataToHost(values(i)));
+    }
   }
-  return qvCreateOpaque(hostDims(v.dims()), cls);
+  return out;
 }
 
 template <class ElementMap>
@@ -114,14 +127,24 @@ qvArrayPtr vlenToHost(const octave_value& v) {
   });
 }
 
+// Data in a type's own form: char is NC_CHAR bytes, cells are vlen data (the library takes
+// a cell of char rows as NC_STRING data where the type is NC_STRING), structs compound data
+// whose fields are in this form too.
+qvArrayPtr ownDataToHost(const octave_value& v) {
+  if (v.is_string()) return rawBytesToHost(v.char_array_value());
+  if (v.iscell()) return vlenToHost(v);
+  return toHost(v);
+}
+
 // An operation's data, its last input, in the form its row expects. NC_CHAR data is
 // bytes, not text: each Octave char is one byte of the variable, as reads return them,
-// so that UTF-8 text round-trips and its length is its byte count.
-qvArrayPtr dataToHost(const octave_value& v, DataInput form) {
+// so that UTF-8 text round-trips and its length is its byte count. Attribute text is
+// UTF-8 text in every row.
+qvArrayPtr dataToHost(const octave_value& v, const RowMeaning& meaning) {
+  DataInput form = meaning.data;
   if (form == DataInput::OwnType) {
-    if (v.is_string()) form = DataInput::Bytes;
-    else if (v.numel() > 0 && isCharRowList(v)) form = DataInput::Strings;
-    else if (v.iscell()) form = DataInput::Vlen;
+    if (meaning.target == Target::Attribute && v.is_string()) return toHost(v);
+    return ownDataToHost(v);
   }
   switch (form) {
     case DataInput::Bytes:
@@ -141,6 +164,7 @@ qvArrayPtr toHost(const octave_value& v) {
   if (v.is_string()) return charToHost(v);
   if (v.iscell())
     return cellToHost(v.cell_value(), [](const octave_value& e) { return toHost(e); });
+  if (v.isstruct()) return structToHost(v.map_value());
   if (const qvClassID cls = plainClassOf(v); cls != qvUNKNOWN_CLASS) return lend(v, cls);
   if (v.iscomplex() && !v.issparse()) {
     if (v.is_double_type()) return complexToHost(v.complex_array_value(), qvDOUBLE_CLASS);
@@ -163,12 +187,12 @@ qvArrayPtr toHostStrings(const octave_value& v) {
 
 std::vector<qvArrayPtr> argumentsToHost(const octave_value_list& args) {
   const octave_idx_type n = args.length();
-  const DataInput form =
-      n > 1 && isCharRow(args(0)) ? meaningOf(args(0).string_value()).data : DataInput::Plain;
+  const RowMeaning meaning = n > 1 && isCharRow(args(0)) ? meaningOf(args(0).string_value())
+                                                         : RowMeaning{};
   std::vector<qvArrayPtr> out;
   out.reserve(static_cast<std::size_t>(n));
   for (octave_idx_type k = 0; k < n; ++k) {
-    out.push_back(k == n - 1 && k > 0 ? dataToHost(args(k), form) : toHost(args(k)));
+    out.push_back(k == n - 1 && k > 0 ? dataToHost(args(k), meaning) : toHost(args(k)));
   }
   return out;
 }

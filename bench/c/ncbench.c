@@ -10,6 +10,7 @@
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <netcdf.h>
+#include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -154,6 +155,35 @@ static void writeMetadata(const char* path) {
   check(nc_close(ncid), "close");
 }
 
+/* One variable of COMPOUND_RECORDS records, stored contiguously. */
+static void writeCompound(const char* path) {
+  int ncid, dim, varid;
+  nc_type type;
+  const int four = 4;
+  check(nc_create(path, NC_NETCDF4 | NC_CLOBBER, &ncid), path);
+  check(nc_def_compound(ncid, sizeof(struct BenchRecord), "record_t", &type), "def_compound");
+  check(nc_insert_compound(ncid, type, "t", offsetof(struct BenchRecord, t), NC_DOUBLE), "t");
+  check(nc_insert_compound(ncid, type, "v", offsetof(struct BenchRecord, v), NC_FLOAT), "v");
+  check(nc_insert_compound(ncid, type, "q", offsetof(struct BenchRecord, q), NC_INT), "q");
+  check(nc_insert_array_compound(ncid, type, "s", offsetof(struct BenchRecord, s), NC_SHORT, 1,
+                                 &four),
+        "s");
+  check(nc_def_dim(ncid, "n", COMPOUND_RECORDS, &dim), "def_dim");
+  check(nc_def_var(ncid, "c", type, 1, &dim, &varid), "def_var");
+  check(nc_def_var_chunking(ncid, varid, NC_CONTIGUOUS, NULL), "chunking");
+  check(nc_enddef(ncid), "enddef");
+  struct BenchRecord* data = allocOrDie(COMPOUND_RECORDS * sizeof *data);
+  for (size_t i = 0; i < COMPOUND_RECORDS; ++i) {
+    data[i].t = compoundT(i);
+    data[i].v = compoundV(i);
+    data[i].q = compoundQ(i);
+    for (size_t k = 0; k < 4; ++k) data[i].s[k] = compoundS(i, k);
+  }
+  check(nc_put_var(ncid, varid, data), "put_var");
+  free(data);
+  check(nc_close(ncid), "close");
+}
+
 static void prepare(const char* dir, size_t mib) {
   char path[4096];
   const size_t rows = mib * ((size_t)1 << 20) / (BENCH_COLUMNS * sizeof(double));
@@ -170,6 +200,8 @@ static void prepare(const char* dir, size_t mib) {
   writeSmall(path);
   snprintf(path, sizeof path, "%s/meta.nc", dir);
   writeMetadata(path);
+  snprintf(path, sizeof path, "%s/compound.nc", dir);
+  writeCompound(path);
 }
 
 /* ---- workloads ----------------------------------------------------------------------- */
@@ -217,6 +249,27 @@ static void readWhole(const char* path, int reps, enum Buffer kind) {
   printf("check %.17g\n", sum);
   free(touched);
   check(nc_close(v.ncid), "close");
+}
+
+/* The compound variable into a buffer of records, as netCDF-C lays them out. */
+static void readCompound(const char* path, int reps, enum Buffer kind) {
+  int ncid, varid;
+  check(nc_open(path, NC_NOWRITE, &ncid), path);
+  check(nc_inq_varid(ncid, "c", &varid), "varid");
+  const size_t n = COMPOUND_RECORDS, bytes = n * sizeof(struct BenchRecord);
+  void* touched = touchedBuffer(kind, bytes);
+  double sum = 0;
+  for (int r = 0; r < reps; ++r) {
+    const double t0 = now();
+    struct BenchRecord* data = resultBuffer(kind, bytes, touched);
+    check(nc_get_var(ncid, varid, data), "get_var");
+    printf("rep %.6f\n", now() - t0);
+    sum = data[0].t + (double)data[n / 2].v + (double)data[n - 1].q + (double)data[n - 1].s[3];
+    releaseResult(kind, data);
+  }
+  printf("check %.17g\n", sum);
+  free(touched);
+  check(nc_close(ncid), "close");
 }
 
 static void readSlabs(const char* path, int reps, enum Buffer kind) {
@@ -381,6 +434,8 @@ int main(int argc, char** argv) {
     writeElements(path, reps);
   } else if (strcmp(workload, "strided") == 0) {
     readStrided(path, reps);
+  } else if (strcmp(workload, "read_compound") == 0) {
+    readCompound(path, reps, kind);
   } else if (strcmp(workload, "meta") == 0) {
     scanMetadata(path, reps);
   } else {

@@ -29,6 +29,19 @@ static inline float deflatedValue(size_t row, size_t column) {
 /* Whole numbers, so that sums are exact whatever the order of addition. */
 static inline double smallValue(size_t row, size_t column) { return (double)(row * 1000 + column); }
 
+/* The compound workload: COMPOUND_RECORDS records of {double, float, int32, int16[4]}. */
+#define COMPOUND_RECORDS ((size_t)10000000)
+struct BenchRecord {
+  double t;
+  float v;
+  int q;
+  short s[4];
+};
+static inline double compoundT(size_t i) { return (double)(i % 65536); }
+static inline float compoundV(size_t i) { return (float)(i % 1000); }
+static inline int compoundQ(size_t i) { return (int)i; }
+static inline short compoundS(size_t i, size_t k) { return (short)((i + k) % 30000); }
+
 /* netCDF-order index of single-element call k, and start of strided call k. */
 static inline size_t elementRow(size_t k) { return (k * 37) % SMALL_SIDE; }
 static inline size_t elementColumn(size_t k) { return (k * 101) % SMALL_SIDE; }

@@ -119,6 +119,25 @@ void readWhole(const std::string& path, int reps) {
   std::printf("check %.17g\n", sum);
 }
 
+void readCompound(const std::string& path, int reps) {
+  const OpenVariable v(path, "NC_NOWRITE", "c");
+  const Operation read("getVar");
+  double sum = 0;
+  for (int r = 0; r < reps; ++r) {
+    const auto t0 = std::chrono::steady_clock::now();
+    Outputs out = read.call({v.ncid(), v.varid()});
+    report(seconds(t0));
+    const qvArray* s = out[0].get();
+    const auto field = [&](std::size_t k) { return qvGetData(qvGetFieldByNumber(s, 0, k)); };
+    const std::size_t n = qvGetNumberOfElements(qvGetFieldByNumber(s, 0, 0));
+    sum = static_cast<const double*>(field(0))[0] +
+          double(static_cast<const float*>(field(1))[n / 2]) +
+          double(static_cast<const int*>(field(2))[n - 1]) +
+          double(static_cast<const short*>(field(3))[4 * (n - 1) + 3]);
+  }
+  std::printf("check %.17g\n", sum);
+}
+
 void readSlabs(const std::string& path, int reps) {
   const OpenVariable v(path, "NC_NOWRITE", "x");
   const auto [columns, rows] = v.extents();
@@ -267,7 +286,7 @@ int main(int argc, char** argv) {
   const std::map<std::string, std::function<void(const std::string&, int)>> workloads{
       {"read_whole", readWhole},   {"read_slabs", readSlabs}, {"read_deflate", readWhole},
       {"write_whole", writeWhole}, {"get1", readElements},    {"put1", writeElements},
-      {"strided", readStrided},    {"meta", scanMetadata}};
+      {"strided", readStrided},    {"meta", scanMetadata},   {"read_compound", readCompound}};
   const auto found = workloads.find(argv[1]);
   if (found == workloads.end()) {
     std::fprintf(stderr, "unknown workload %s\n", argv[1]);

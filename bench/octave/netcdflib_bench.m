@@ -24,6 +24,8 @@ function netcdflib_bench (workload, file, reps)
       read_strided (file, reps);
     case "meta"
       scan_metadata (file, reps);
+    case "read_compound"
+      read_compound (file, reps);
     otherwise
       error ("netcdflib_bench: unknown workload %s", workload);
   endswitch
@@ -62,6 +64,20 @@ function read_whole (file, reps)
     report (toc (t0));
     n = numel (x);
     check = double (x(1)) + double (x(floor (n / 2) + 1)) + double (x(n));
+    clear x;
+  endfor
+  printf ("check %.17g\n", check);
+  netcdflib ("close", ncid);
+endfunction
+
+function read_compound (file, reps)
+  [ncid, varid] = open_variable (file, "NC_NOWRITE", "c");
+  for r = 1:reps
+    t0 = tic ();
+    x = netcdflib ("getVar", ncid, varid);
+    report (toc (t0));
+    n = numel (x.t);
+    check = x.t(1) + double (x.v(n / 2 + 1)) + double (x.q(n)) + double (x.s(4, n));
     clear x;
   endfor
   printf ("check %.17g\n", check);

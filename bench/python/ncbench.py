@@ -184,6 +184,21 @@ def read_packed(path, reps):
     ds.close()
 
 
+def read_compound(path, reps):
+    ds, var = open_variable(path, "c")
+    check = 0.0
+    for _ in range(reps):
+        t0 = time.perf_counter()
+        data = var[:]
+        report(time.perf_counter() - t0)
+        n = data.size
+        check = (float(data["t"][0]) + float(data["v"][n // 2]) + float(data["q"][n - 1])
+                 + float(data["s"][n - 1][3]))
+        del data
+    print(f"check {check:.17g}")
+    ds.close()
+
+
 WORKLOADS = {
     "prepare_packed": prepare_packed,
     "ds_packed": read_packed,
@@ -195,6 +210,7 @@ WORKLOADS = {
     "put1": write_elements,
     "strided": read_strided,
     "meta": scan_metadata,
+    "read_compound": read_compound,
 }
 
 if __name__ == "__main__":

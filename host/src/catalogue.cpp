@@ -40,6 +40,14 @@ const Catalogue& catalogue() {
       {"QUARNA:imagesci:netcdf:countNotEqualToData",
        "The number of elements requested by COUNT ({1}) does not equal the number of elements "
        "in the data ({2})."},
+      {"QUARNA:imagesci:netcdf:dataElementCountMismatch",
+       "'{1}' must hold {2} elements for the selection written, found {3}."},
+      {"QUARNA:imagesci:netcdf:dataFieldsMismatch",
+       "'{1}' must be a 1-by-1 struct with the fields of compound type '{2}', in this order: "
+       "{3}."},
+      {"QUARNA:imagesci:netcdf:dataHasBadClass",
+       "'{1}' must be of class {2}, the class of its netCDF type; convert it first or use a "
+       "typed operation."},
       {"QUARNA:imagesci:netcdf:dataSizeMismatch",
        "The number of elements in the data does not match the size of the variable. Give data "
        "with as many elements as the variable, or write a subset with START and COUNT."},

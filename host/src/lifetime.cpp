@@ -27,6 +27,11 @@ void destroyArray(qvArray* a) noexcept {
       for (std::size_t i = 0; i < n; ++i) qvArrayDeleter()(elements[i]);
       break;
     }
+    case qvSTRUCT_CLASS: {
+      auto** values = static_cast<qvArray**>(a->data);
+      for (std::size_t i = 0; i < n * a->fieldNames.size(); ++i) qvArrayDeleter()(values[i]);
+      break;
+    }
     case qvSTRING_CLASS: {
       auto** texts = static_cast<qvSharedText**>(a->data);
       for (std::size_t i = 0; i < n; ++i) {

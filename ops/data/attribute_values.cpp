@@ -14,6 +14,7 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/data/data.hpp"
+#include "ops/data/own_type.hpp"
 #include "ops/data/typed_reads.hpp"
 #include "qvhost/text.hpp"
 
@@ -37,7 +38,15 @@ void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs
   checkStatus(nc_inq_att(ncid, varid, name.c_str(), &xtype, &len), row);
   const DimList dims = attributeShape(len);
 
-  const DataKind kind = *row.meaning.kind;
+  // Without a kind in the row, the attribute's own type; atomic types and vlens of them
+  // as their typed rows give them.
+  std::optional<DataKind> ownKind = row.meaning.kind;
+  if (!ownKind) {
+    const auto type = describeType(ncid, xtype, row);
+    ownKind = typedKindOf(*type);
+    if (!ownKind) return readUserAttribute(ncid, varid, name, *type, len, plhs[0], row);
+  }
+  const DataKind kind = *ownKind;
   switch (kind) {
     case DataKind::Text: {
       // Decoding stops at the first zero byte, also when the text is empty.
@@ -73,9 +82,19 @@ void handlePutAttribute(int, qvArrayPtr*, int, const qvArray* const* inputs,
   const std::string name = getName(inputs[2], "attribute");
   const int xtype = getScalar<int>(inputs[3], "xtype");
   const qvArray* data = inputs[4];
-  const std::size_t n = qvGetNumberOfElements(data);
 
-  const DataKind kind = *row.meaning.kind;
+  // Without a kind in the row, xtype's own; atomic data must then be of its class.
+  std::optional<DataKind> ownKind = row.meaning.kind;
+  qvArrayPtr stringData;
+  if (!ownKind) {
+    const auto type = describeType(ncid, xtype, row);
+    ownKind = typedKindOf(*type);
+    if (!ownKind) return writeUserAttribute(ncid, varid, name, xtype, *type, data, row);
+    stringData = stringsIfCells(*type, data);
+    if (stringData) data = stringData.get();
+  }
+  const std::size_t n = qvGetNumberOfElements(data);
+  const DataKind kind = *ownKind;
   switch (kind) {
     case DataKind::Text: {
       requireDataClass(data, qvCHAR_CLASS);

@@ -1,6 +1,6 @@
 // Handlers of variable data (whole and subset reads and writes for every type) and of
-// attributes (values and management). The typed ones read their kind and form from
-// row.meaning.
+// attributes (values and management). They read their kind and form from row.meaning;
+// rows without a kind ("getVar1", "putAtt", ...) move data in the target's own type.
 #pragma once
 
 #include "gateway/operation.hpp"

@@ -9,6 +9,7 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/data/data.hpp"
+#include "ops/data/own_type.hpp"
 #include "ops/data/subset.hpp"
 
 namespace {
@@ -43,15 +44,21 @@ void refuseCountBeyondDimensions(int ncid, int varid, const Selection& where,
 }
 }  // namespace
 
+ReadPlan prepareSubsetRead(int ncid, int varid, const qvArray* const* inputs,
+                           const OperationRow& row) {
+  ReadPlan plan;
+  plan.where = getSubset(inputs + 2, row.meaning.form);
+  plan.xtype = checkSubsetLengths(ncid, varid, plan.where, LengthReport::StartLength, row).xtype;
+  refuseCountBeyondDimensions(ncid, varid, plan.where, row);
+  plan.dims = subsetReadShape(spanOf(plan.where.count));
+  return plan;
+}
+
 void handleReadSubset(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
                       const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
-  const Selection where = getSubset(inputs + 2, row.meaning.form);
-  const VariableRank variable =
-      checkSubsetLengths(ncid, varid, where, LengthReport::StartLength, row);
-  refuseCountBeyondDimensions(ncid, varid, where, row);
-
-  readVariableData(*row.meaning.kind, ncid, varid, variable.xtype, where, subsetReadShape(spanOf(where.count)),
-                   plhs, row);
+  if (!row.meaning.kind) return readOwnTypeVariable(ncid, varid, inputs, plhs, row);
+  const ReadPlan plan = prepareSubsetRead(ncid, varid, inputs, row);
+  readVariableData(*row.meaning.kind, ncid, varid, plan.xtype, plan.where, plan.dims, plhs, row);
 }

@@ -32,6 +32,23 @@ std::vector<std::size_t> dimensionLengths(int ncid, std::span<const int> dimids,
 // count and let netCDF-C read far past the data).
 std::optional<std::size_t> elementProduct(std::span<const std::size_t> lengths) noexcept;
 
+// What a read selects: where, the variable's type and the result's shape.
+struct ReadPlan {
+  Selection where;
+  nc_type xtype = NC_NAT;
+  DimList dims;
+};
+
+// The checks and shapes the whole and subset operations share, typed or not. inputs are
+// the operation's inputs (ncid, varid, START, ...), whose form the row gives; count is the
+// number of elements the data to write holds. Writes return the selection to write.
+ReadPlan prepareWholeRead(int ncid, int varid, const OperationRow& row);
+ReadPlan prepareSubsetRead(int ncid, int varid, const qvArray* const* inputs,
+                           const OperationRow& row);
+Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const OperationRow& row);
+Selection prepareSubsetWrite(const qvArray* const* inputs, std::size_t count, int ncid, int varid,
+                             const OperationRow& row);
+
 // Creates the result of dims in plhs[0] and reads into it. xtype is the variable's type
 // (used by Vlen only).
 void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const Selection& where,

@@ -8,14 +8,10 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/data/data.hpp"
+#include "ops/data/own_type.hpp"
 #include "ops/data/variable_io.hpp"
 
-void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
-                      const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
-  const qvArray* data = inputs[2];
-  const std::size_t count = qvGetNumberOfElements(data);
+Selection prepareWholeWrite(int ncid, int varid, std::size_t count, const OperationRow& row) {
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   int ndims = 0;
@@ -26,6 +22,15 @@ void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
   if (product == 0u) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
   // Element counts only: shapes are not compared.
   if (product != count) qvErrMsgId(QUARNA::imagesci::netcdf::dataSizeMismatch());
+  return Selection{};
+}
 
-  writeVariableData(*row.meaning.kind, ncid, varid, Selection{}, data, row);
+void handleWriteWhole(int, qvArrayPtr*, int nInputs, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
+  if (!row.meaning.kind) return writeOwnTypeVariable(ncid, varid, nInputs, inputs, row);
+  const qvArray* data = inputs[2];
+  const Selection where = prepareWholeWrite(ncid, varid, qvGetNumberOfElements(data), row);
+  writeVariableData(*row.meaning.kind, ncid, varid, where, data, row);
 }

@@ -1,6 +1,10 @@
 // Handlers of dimensions, groups, variables and user-defined types.
 #pragma once
 
+#include <netcdf.h>
+
+#include <cstddef>
+
 #include "gateway/operation.hpp"
 
 NETCDFLIB_HANDLER(handleDefDim);
@@ -23,6 +27,20 @@ NETCDFLIB_HANDLER(handleRenameVar);
 NETCDFLIB_HANDLER(handleDefVlen);
 NETCDFLIB_HANDLER(handleInqUserType);
 NETCDFLIB_HANDLER(handleInqVlen);
+NETCDFLIB_HANDLER(handleDefEnum);
+NETCDFLIB_HANDLER(handleInsertEnum);
+NETCDFLIB_HANDLER(handleInqEnum);
+NETCDFLIB_HANDLER(handleInqEnumMember);
+NETCDFLIB_HANDLER(handleInqEnumIdent);
+// "defCompound", "defOpaque": nc_def_compound or nc_def_opaque.
+template <int (*define)(int, std::size_t, const char*, nc_type*)>
+NETCDFLIB_HANDLER(handleDefSizedType);
+NETCDFLIB_HANDLER(handleInsertCompound);
+NETCDFLIB_HANDLER(handleInsertArrayCompound);
+NETCDFLIB_HANDLER(handleInqCompound);
+NETCDFLIB_HANDLER(handleInqCompoundField);
+NETCDFLIB_HANDLER(handleInqCompoundFieldIndex);
+NETCDFLIB_HANDLER(handleInqOpaque);
 
 NETCDFLIB_HANDLER(handleDefVarChunking);
 NETCDFLIB_HANDLER(handleInqVarChunking);

@@ -183,7 +183,8 @@ void harvest(const OperationRow& row, const qvArrayPtr* outputs, std::size_t n,
   } else if (name == "inqVar") {
     toPool(history, Pool::Typeid, out(1));
     toPool(history, Pool::Dimid, out(2));
-  } else if (name == "defVlen" || name == "inqAtt") {
+  } else if (name == "defVlen" || name == "inqAtt" || name == "defEnum" ||
+             name == "defCompound" || name == "defOpaque") {
     toPool(history, Pool::Typeid, out(0));
   } else if (name == "inqVlen" || name == "inqUserType") {
     toPool(history, Pool::Typeid, out(2));

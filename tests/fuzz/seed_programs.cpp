@@ -164,6 +164,7 @@ void addAttributeSeeds(std::map<std::string, fuzz::Program>& out) {
 }  // namespace
 
 void addFileSeeds(std::map<std::string, fuzz::Program>& out);
+void addUserTypeSeeds(std::map<std::string, fuzz::Program>& out);
 
 // For one atomic type: a fill value of its class, and a vlen of it written and read.
 template <class T>
@@ -236,6 +237,7 @@ const std::map<std::string, fuzz::Program>& programs() {
     addAttributeSeeds(out);
     addFileSeeds(out);
     addTypeSeeds(out);
+    addUserTypeSeeds(out);
     return out;
   }();
   return all;

@@ -91,6 +91,8 @@ struct qvArray_tag {
   std::unique_ptr<qvDataBlock> block;
   // Imaginary part of complex arrays, same size as the real block.
   std::unique_ptr<qvDataBlock> imagBlock;
+  // Structs with fields: the names in order; data holds elements x fields owned arrays.
+  std::vector<std::string> fieldNames;
 
   qvClassID _get_class_id_non_trivial() const noexcept;
   void _complete_opaque_dimensions() const;
@@ -163,3 +165,15 @@ qvArrayPtr do_create_cell(DimSpan dims);
 // Arrays of classes the library never makes, so that embedding programs and tests can
 // hand it anything a host can hold: struct (no data block), function handle, object.
 qvArrayPtr qvCreateOpaque(matrix::DimSpan dims, qvClassID cls);
+
+// ---- structs ---------------------------------------------------------------
+// A struct array of dims whose fields are named, in order; every field of every element
+// starts empty. Duplicate names are refused (invalid_argument).
+qvArrayPtr qvCreateStruct(matrix::DimSpan dims, std::vector<std::string> fieldNames);
+std::size_t qvGetNumberOfFields(const qvArray* s) noexcept;
+// Null when k is out of range or s is not a struct.
+const char* qvGetFieldNameByNumber(const qvArray* s, std::size_t k) noexcept;
+// Null for an empty field, an index out of range or an array that is not a struct.
+const qvArray* qvGetFieldByNumber(const qvArray* s, std::size_t i, std::size_t k) noexcept;
+// The struct takes ownership of value, releasing what the field held.
+void qvSetFieldByNumber(qvArray* s, std::size_t i, std::size_t k, qvArrayPtr value);
