@@ -16,6 +16,7 @@
 #include "gateway/status.hpp"
 #include "ops/files/file_mode.hpp"
 #include "ops/files/files.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 
 namespace {
 enum OpId { kPCreate = 3, kCreate = 4, kPOpen = 84, kOpen = 85 };
@@ -77,6 +78,7 @@ int createFile(const std::string& path, int mode, std::size_t initialSize, std::
 
 int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
   if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
+  if (const int refused = ZarrCodecs::statusOfForeignWrite(path, mode)) return refused;
   return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
                               : nc__open(path.c_str(), mode, chunkSize, ncid);
 }
@@ -91,6 +93,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kCreate: {
       checkCreateStatus(createFile(path, mode, 0, nullptr, &ncid), true, row);
       OpenFileRegistry::add(ncid);
+      ZarrCodecs::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(ncid);
       return;
     }
@@ -99,6 +102,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
       checkCreateStatus(createFile(path, mode, initialSize, &chunkSize, &ncid), false, row);
       // Deliberately not registered: unload leaves such files alone.
+      ZarrCodecs::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
       plhs[1] = makeDoubleScalar(ncid);
       return;
@@ -106,6 +110,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kOpen: {
       checkStatus(openFile(path, mode, nullptr, &ncid), row);
       OpenFileRegistry::add(ncid);
+      ZarrCodecs::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(ncid);
       return;
     }
@@ -115,6 +120,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       // A positive status (a system error number) passes without an error here.
       if (status < 0) checkStatus(status, row);
       OpenFileRegistry::add(ncid);
+      ZarrCodecs::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
       plhs[1] = makeDoubleScalar(ncid);
       return;

@@ -11,6 +11,7 @@
 #include "gateway/status.hpp"
 #include "ops/metadata/id_list.hpp"
 #include "ops/metadata/metadata.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 
 namespace {
 enum OpId { kDefVar = 7, kInqVarID = 75, kInqVarIDs = 76, kInqVar = 77, kRenameVar = 129 };
@@ -25,6 +26,7 @@ void handleVariables(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       const int xtype = getScalar<int>(inputs[2], "xtype");
       // Host order in, netCDF order out; empty makes a scalar variable.
       const std::vector<int> dimids = getDimensionIdRow(inputs[3], "dimids");
+      refuseStringsInZarr(ncid, xtype, row);
       int varid = -1;
       checkStatus(nc_def_var(ncid, name.c_str(), xtype, static_cast<int>(dimids.size()),
                              dimids.empty() ? nullptr : dimids.data(), &varid),
