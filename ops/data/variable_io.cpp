@@ -46,6 +46,7 @@ std::optional<std::size_t> elementProduct(std::span<const std::size_t> lengths) 
 void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const Selection& where,
                       const DimList& dims, qvArrayPtr* plhs, const OperationRow& row) {
   refuseUndecodableZarr(ncid, varid, row);
+  const Dap4DebugFilter quiet(isDap4(ncid));
   const std::size_t total = elementCount(dims);
   switch (kind) {
     case DataKind::Text: {

@@ -7,7 +7,7 @@
 #include "gateway/registry.hpp"
 #include "gateway/status.hpp"
 #include "ops/files/files.hpp"
-#include "ops/remote/zarr_codecs.hpp"
+#include "ops/remote/remote_files.hpp"
 
 namespace {
 enum OpId { kAbort = 0, kClose = 1, kPEndDef = 14, kEndDef = 15, kRedef = 126, kSync = 133 };
@@ -21,7 +21,7 @@ void handleDefineControl(int, qvArrayPtr*, int, const qvArray* const* inputs,
       const int status = nc_close(ncid);
       // Forgotten even when closing fails: the id cannot be trusted any more.
       OpenFileRegistry::remove(ncid);
-      ZarrCodecs::noteClosed(ncid);
+      RemoteFiles::noteClosed(ncid);
       checkStatus(status, row);
       return;
     }
@@ -34,7 +34,7 @@ void handleDefineControl(int, qvArrayPtr*, int, const qvArray* const* inputs,
       // Kept registered when aborting fails, so that unload still closes it.
       checkStatus(nc_abort(ncid), row);
       OpenFileRegistry::remove(ncid);
-      ZarrCodecs::noteClosed(ncid);
+      RemoteFiles::noteClosed(ncid);
       return;
     }
     case kEndDef:

@@ -79,6 +79,7 @@ int createFile(const std::string& path, int mode, std::size_t initialSize, std::
 int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
   if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
   if (const int refused = ZarrCodecs::statusOfForeignWrite(path, mode)) return refused;
+  const Dap4DebugFilter quiet(asksForDap4(path));
   return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
                               : nc__open(path.c_str(), mode, chunkSize, ncid);
 }
@@ -93,7 +94,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kCreate: {
       checkCreateStatus(createFile(path, mode, 0, nullptr, &ncid), true, row);
       OpenFileRegistry::add(ncid);
-      ZarrCodecs::noteOpened(ncid, path);
+      RemoteFiles::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(ncid);
       return;
     }
@@ -102,7 +103,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
       checkCreateStatus(createFile(path, mode, initialSize, &chunkSize, &ncid), false, row);
       // Deliberately not registered: unload leaves such files alone.
-      ZarrCodecs::noteOpened(ncid, path);
+      RemoteFiles::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
       plhs[1] = makeDoubleScalar(ncid);
       return;
@@ -110,7 +111,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     case kOpen: {
       checkStatus(openFile(path, mode, nullptr, &ncid), row);
       OpenFileRegistry::add(ncid);
-      ZarrCodecs::noteOpened(ncid, path);
+      RemoteFiles::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(ncid);
       return;
     }
@@ -120,7 +121,7 @@ void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       // A positive status (a system error number) passes without an error here.
       if (status < 0) checkStatus(status, row);
       OpenFileRegistry::add(ncid);
-      ZarrCodecs::noteOpened(ncid, path);
+      RemoteFiles::noteOpened(ncid, path);
       plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
       plhs[1] = makeDoubleScalar(ncid);
       return;

@@ -18,40 +18,6 @@
 
 namespace {
 
-// netCDF-C keeps a file's index in the high half of every id of its groups.
-constexpr int kGroupBits = 0xffff;
-
-struct Store {
-  std::string directory;
-  // (group id, variable id) -> codecs that block the variable; empty when none do.
-  std::map<std::pair<int, int>, std::string> verdicts;
-};
-
-// Keyed by the id of the root group.
-std::map<int, Store> openStores;
-
-int rootOf(int ncid) { return ncid & ~kGroupBits; }
-
-// The directory of a file-storage store: the URL's path without scheme, query and fragment,
-// percent escapes decoded. Empty for other storage (zip and S3 are not built in Debian's
-// netCDF-C, so nothing of theirs can be opened).
-std::string storeDirectory(std::string_view url) {
-  constexpr std::string_view kScheme = "file://";
-  if (!url.starts_with(kScheme)) return {};
-  url.remove_prefix(kScheme.size());
-  url = url.substr(0, url.find_first_of("?#"));
-  std::string path;
-  for (std::size_t i = 0; i < url.size(); ++i) {
-    if (url[i] == '%' && i + 2 < url.size()) {
-      path += static_cast<char>(std::stoi(std::string(url.substr(i + 1, 2)), nullptr, 16));
-      i += 2;
-    } else {
-      path += url[i];
-    }
-  }
-  return path;
-}
-
 // Whether the URL asks for Zarr: netCDF-C's mode fragment names zarr, nczarr or xarray.
 bool isZarrUrl(std::string_view url) {
   const std::size_t fragment = url.find('#');
@@ -69,9 +35,10 @@ std::string groupPath(int ncid) {
   return path == "/" ? std::string() : path;
 }
 
-// The codec ids named by the array's metadata, or nothing when it cannot be read (a
-// variable not yet written out, or metadata netCDF-C would refuse itself).
-std::optional<std::vector<std::string>> codecsOf(const std::string& zarray) {
+}  // namespace
+
+// Nothing for a variable not yet written out, or metadata netCDF-C would refuse itself.
+std::optional<std::vector<std::string>> ZarrCodecs::codecsOf(const std::string& zarray) {
   std::ifstream in(zarray);
   if (!in) return std::nullopt;
   boost::property_tree::ptree meta;
@@ -91,6 +58,8 @@ std::optional<std::vector<std::string>> codecsOf(const std::string& zarray) {
   return codecs;
 }
 
+namespace {
+
 std::string blockingCodecs(int ncid, int varid, const std::vector<std::string>& codecs) {
   std::size_t applied = 0;
   // A netCDF-C built with codec plugins reports what it applies; more codecs than that
@@ -106,19 +75,9 @@ std::string blockingCodecs(int ncid, int varid, const std::vector<std::string>& 
 
 namespace ZarrCodecs {
 
-void noteOpened(int ncid, const std::string& path) {
-  openStores.erase(rootOf(ncid));
-  int format = 0;
-  if (path.find('#') == std::string::npos ||
-      nc_inq_format_extended(ncid, &format, nullptr) != NC_NOERR || format != NC_FORMATX_NCZARR) {
-    return;
-  }
-  openStores[rootOf(ncid)].directory = storeDirectory(path);
-}
-
 int statusOfForeignWrite(const std::string& path, int mode) {
   if ((mode & NC_WRITE) == 0 || !isZarrUrl(path)) return NC_NOERR;
-  const std::string directory = storeDirectory(path);
+  const std::string directory = RemoteFiles::fileUrlPath(path);
   std::ifstream group(directory + "/.zgroup");
   if (directory.empty() || !group) return NC_NOERR;
   std::ifstream attributes(directory + "/.zattrs");
@@ -126,27 +85,25 @@ int statusOfForeignWrite(const std::string& path, int mode) {
   return text.find("\"_NCProperties\"") == std::string::npos ? NC_EPERM : NC_NOERR;
 }
 
-void noteClosed(int ncid) noexcept { openStores.erase(rootOf(ncid)); }
-
-bool anyOpen() noexcept { return !openStores.empty(); }
-
 void refuseStrings(int ncid, int xtype, const OperationRow& row) {
-  if (xtype == NC_STRING && openStores.contains(rootOf(ncid))) checkStatus(NC_EBADTYPE, row);
+  const RemoteFiles::Entry* entry = RemoteFiles::find(ncid);
+  if (xtype == NC_STRING && entry != nullptr && entry->format == NC_FORMATX_NCZARR) {
+    checkStatus(NC_EBADTYPE, row);
+  }
 }
 
 void refuseUndecodable(int ncid, int varid, const OperationRow& row) {
-  const auto found = openStores.find(rootOf(ncid));
-  if (found == openStores.end() || found->second.directory.empty()) return;
-  Store& store = found->second;
+  RemoteFiles::Entry* store = RemoteFiles::find(ncid);
+  if (store == nullptr || store->directory.empty()) return;
   const auto key = std::make_pair(ncid, varid);
-  auto verdict = store.verdicts.find(key);
-  if (verdict == store.verdicts.end()) {
+  auto verdict = store->verdicts.find(key);
+  if (verdict == store->verdicts.end()) {
     char name[NC_MAX_NAME + 1] = {};
     // A bad id is netCDF-C's to report, by the call it guards.
     if (nc_inq_varname(ncid, varid, name) != NC_NOERR) return;
-    const auto codecs = codecsOf(store.directory + groupPath(ncid) + "/" + name + "/.zarray");
+    const auto codecs = codecsOf(store->directory + groupPath(ncid) + "/" + name + "/.zarray");
     if (!codecs) return;
-    verdict = store.verdicts.emplace(key, blockingCodecs(ncid, varid, *codecs)).first;
+    verdict = store->verdicts.emplace(key, blockingCodecs(ncid, varid, *codecs)).first;
   }
   if (verdict->second.empty()) return;
   char name[NC_MAX_NAME + 1] = {};

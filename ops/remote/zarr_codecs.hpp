@@ -4,21 +4,21 @@
 // error. Data of such a variable is refused instead.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "gateway/operation.hpp"
+#include "ops/remote/remote_files.hpp"
 
 namespace ZarrCodecs {
-// Records ncid as an open NCZarr store when netCDF-C opened path as one; forgets any
-// earlier file that had the same id otherwise.
-void noteOpened(int ncid, const std::string& path);
-void noteClosed(int ncid) noexcept;
-// Whether a store is open at all: ordinary files cost this test and nothing more.
-bool anyOpen() noexcept;
 // Raises zarrCodecNotSupported when the variable's metadata names a codec netCDF-C does
 // not report as a filter of its own. The verdict is kept per variable while the store is
 // open.
 void refuseUndecodable(int ncid, int varid, const OperationRow& row);
+// The codec ids the array metadata file names (filters, then compressor), or nothing when
+// it cannot be read or parsed.
+std::optional<std::vector<std::string>> codecsOf(const std::string& zarray);
 // NC_EPERM for opening for writing a directory store that netCDF-C did not write (its root
 // lacks netCDF-C's _NCProperties): netCDF-C 4.9.0 rewrites every metadata object of such a
 // store at close, in place without truncating and without its codecs, so that
@@ -31,9 +31,9 @@ void refuseStrings(int ncid, int xtype, const OperationRow& row);
 }  // namespace ZarrCodecs
 
 inline void refuseUndecodableZarr(int ncid, int varid, const OperationRow& row) {
-  if (ZarrCodecs::anyOpen()) ZarrCodecs::refuseUndecodable(ncid, varid, row);
+  if (RemoteFiles::anyOpen()) ZarrCodecs::refuseUndecodable(ncid, varid, row);
 }
 
 inline void refuseStringsInZarr(int ncid, int xtype, const OperationRow& row) {
-  if (ZarrCodecs::anyOpen()) ZarrCodecs::refuseStrings(ncid, xtype, row);
+  if (RemoteFiles::anyOpen()) ZarrCodecs::refuseStrings(ncid, xtype, row);
 }
