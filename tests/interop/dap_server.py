@@ -2,8 +2,8 @@
 
   dap_server.py ROOT PORTFILE SECONDS
 
-serves the files under ROOT on a free loopback port, writes the port to PORTFILE and stops
-by itself after SECONDS. Two paths answer badly on purpose: /garbage/... with status 200
+serves the files under ROOT on a free loopback port, writes its port and process id to
+PORTFILE and stops by itself after SECONDS. Two paths answer badly on purpose: /garbage/... with status 200
 and a body that is no DAP response, /raw/... with bytes that are not HTTP at all, and
 /silent/... not at all for 20 s (to show netCDF-C's HTTP.TIMEOUT).
 Everything else is http.server's own: files, and 404 for what is not there.
@@ -44,7 +44,7 @@ def main(root, portfile, seconds):
         ('127.0.0.1', 0), functools.partial(Handler, directory=root))
     server.daemon_threads = True
     with open(portfile + '.tmp', 'w') as out:
-        out.write(str(server.server_address[1]))
+        out.write('%d %d' % (server.server_address[1], os.getpid()))
     os.rename(portfile + '.tmp', portfile)
     threading.Timer(seconds, server.shutdown).start()
     server.serve_forever()

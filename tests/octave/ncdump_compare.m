@@ -1,20 +1,24 @@
-function counts = ncdump_compare (label, urls)
+function counts = ncdump_compare (label, urls, printed_urls)
   % Reads every variable and attribute of each of URLS here and fails unless each equals
-  % what ncdump -p 9,17 prints for that URL (every float and double exactly). Prints and
+  % what ncdump -p 9,17 prints for that URL, or for the same element of PRINTED_URLS
+  % when given (every float and double exactly). Prints and
   % returns the counts [variables, attributes, pending, unsupported]: enum and opaque data
   % and attributes wait for untyped reads; compound and vlen-of-compound data cannot be
   % read here.
+  if (nargin < 3)
+    printed_urls = urls;
+  end
   counts = [0 0 0 0];
   for k = 1:numel (urls)
-    counts += compare_one (urls{k});
+    counts += compare_one (urls{k}, printed_urls{k});
   end
   fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s; ' ...
                     '%d pending (enum, opaque), %d not readable here (compound, vlen of ' ...
                     'compound)\n'], label, numel (urls), counts);
 end
 
-function counts = compare_one (url)
-  printed = cdl_values (ncdump_text ('-p', '9,17', url));
+function counts = compare_one (url, printed_url)
+  printed = cdl_values (ncdump_text ('-p', '9,17', printed_url));
   counts = [0 0 0 0];
   seen = {};
   nc = netcdflib ('open', url, 'NC_NOWRITE');
