@@ -95,7 +95,9 @@ class OpenVariable {
 };
 
 const char* bulkVariable(const std::string& path) {
-  return path.find("deflate") != std::string::npos ? "f" : "x";
+  const bool single = path.find("deflate") != std::string::npos ||
+                      path.find(".zarr") != std::string::npos;
+  return single ? "f" : "x";
 }
 
 void readWhole(const std::string& path, int reps) {
@@ -266,6 +268,7 @@ int main(int argc, char** argv) {
   }
   const std::map<std::string, std::function<void(const std::string&, int)>> workloads{
       {"read_whole", readWhole},   {"read_slabs", readSlabs}, {"read_deflate", readWhole},
+      {"read_zarr", readWhole},
       {"write_whole", writeWhole}, {"get1", readElements},    {"put1", writeElements},
       {"strided", readStrided},    {"meta", scanMetadata}};
   const auto found = workloads.find(argv[1]);

@@ -11,6 +11,7 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/metadata/metadata.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 
 namespace {
 enum OpId {
@@ -89,6 +90,7 @@ void handleStorage(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
       const bool deflate = getLogicalFlag(inputs[3], "deflate flag");
       // Without deflation the level is not looked at, whatever it is.
       const int level = deflate ? getScalar<int>(inputs[4], "deflate level") : 0;
+      refuseFiltersInZarr(ncid, varid, shuffle || deflate, row);
       checkStatus(nc_def_var_deflate(ncid, varid, shuffle ? 1 : 0, deflate ? 1 : 0, level), row);
       return;
     }
@@ -102,6 +104,7 @@ void handleStorage(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
     }
     case kDefVarFletcher32: {
       const int setting = getScalar<int>(inputs[2], "checksum setting");
+      refuseFiltersInZarr(ncid, varid, setting != NC_NOCHECKSUM, row);
       checkStatus(nc_def_var_fletcher32(ncid, varid, setting), row);
       return;
     }

@@ -92,6 +92,15 @@ void refuseStrings(int ncid, int xtype, const OperationRow& row) {
   }
 }
 
+void refuseFilters(int ncid, int varid, const OperationRow& row) {
+  const RemoteFiles::Entry* entry = RemoteFiles::find(ncid);
+  int ndims = 0;
+  if (entry != nullptr && entry->format == NC_FORMATX_NCZARR &&
+      nc_inq_varndims(ncid, varid, &ndims) == NC_NOERR) {
+    checkStatus(NC_ENOFILTER, row);
+  }
+}
+
 void refuseUndecodable(int ncid, int varid, const OperationRow& row) {
   RemoteFiles::Entry* store = RemoteFiles::find(ncid);
   if (store == nullptr || store->directory.empty()) return;

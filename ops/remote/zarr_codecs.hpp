@@ -28,6 +28,9 @@ int statusOfForeignWrite(const std::string& path, int mode);
 // attributes there, then fails to close the store (which loses its attributes), and
 // aborting it afterwards frees memory twice.
 void refuseStrings(int ncid, int xtype, const OperationRow& row);
+// NC_ENOFILTER for deflation, shuffling or checksums asked of an existing variable of a
+// store: netCDF-C 4.9.0 accepts them there and stores the data without any.
+void refuseFilters(int ncid, int varid, const OperationRow& row);
 }  // namespace ZarrCodecs
 
 inline void refuseUndecodableZarr(int ncid, int varid, const OperationRow& row) {
@@ -36,4 +39,8 @@ inline void refuseUndecodableZarr(int ncid, int varid, const OperationRow& row) 
 
 inline void refuseStringsInZarr(int ncid, int xtype, const OperationRow& row) {
   if (RemoteFiles::anyOpen()) ZarrCodecs::refuseStrings(ncid, xtype, row);
+}
+
+inline void refuseFiltersInZarr(int ncid, int varid, bool requested, const OperationRow& row) {
+  if (requested && RemoteFiles::anyOpen()) ZarrCodecs::refuseFilters(ncid, varid, row);
 }

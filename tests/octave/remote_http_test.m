@@ -39,6 +39,7 @@
 %!          'garbage with status 200', [base 'garbage/test.07'], 'librarydapFailure', 'NC_EDDS';
 %!          'bytes that are not HTTP', [base 'raw/test.07'], 'librarydapFailure', 'NC_EIO';
 %!          'DAP4 asked of a DAP2 server', [base 'test.07#dap4'], 'libraryFailure', '(2)';
+%!          'HTTP byte ranges (not built)', [base 'test.07.dods#mode=bytes'], 'libraryFailure', '(2)';
 %!          'malformed URL', 'http:/127.0.0.1 x', 'libraryFailure', '(2)';
 %!          'unterminated host', 'http://[::1', 'libraryFailure', '(2)'};
 %! before = open_descriptors ();

@@ -200,7 +200,8 @@
 
 ## What NCZarr in Debian's netCDF-C cannot do fails cleanly: zip storage is not built,
 ## strings would leave a store that cannot be closed (refused before netCDF-C sees them),
-## unlimited dimensions and user-defined types are refused by netCDF-C.
+## and deflation and checksums (which netCDF-C would drop without a word) are refused before
+## netCDF-C sees them; unlimited dimensions and user-defined types are refused by netCDF-C.
 %!test
 %! expect_error (call_failure ('create', url ('z.zip', 'nczarr,zip'), p ('NC_NETCDF4')), ...
 %!               'QUARNA:imagesci:netcdf:fileCreateErr');
@@ -208,9 +209,16 @@
 %!               'QUARNA:imagesci:netcdf:libraryFailure', '''open''', 'NC_ENOTBUILT');
 %! nc = netcdflib ('create', url ('limits.zarr', 'nczarr,file'), p ('NC_NETCDF4'));
 %! x = netcdflib ('defDim', nc, 'x', 2);
+%! netcdflib ('defVar', nc, 'v', p ('NC_INT'), x);
+%! ## Switching them off is what netCDF-C does anyway.
+%! netcdflib ('defVarDeflate', nc, 0, false, false, 0);
+%! netcdflib ('defVarFletcher32', nc, 0, p ('NC_NOCHECKSUM'));
 %! cases = {'defVar', {'s', p('NC_STRING'), x}, 'NC_EBADTYPE';
 %!          'putAttString', {-1, 's', p('NC_STRING'), {'a'}}, 'NC_EBADTYPE';
 %!          'defDim', {'t', p('NC_UNLIMITED')}, 'NC_EDIMSIZE';
+%!          'defVarDeflate', {0, false, true, 4}, '(-136)';
+%!          'defVarDeflate', {0, true, false, 0}, '(-136)';
+%!          'defVarFletcher32', {0, p('NC_FLETCHER32')}, '(-136)';
 %!          'defVlen', {'vl', p('NC_INT')}, 'NC_ENOTNC4'};
 %! for k = 1:rows (cases)
 %!   expect_error (call_failure (cases{k, 1}, nc, cases{k, 2}{:}), ...
