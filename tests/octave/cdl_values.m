@@ -5,21 +5,15 @@ function values = cdl_values (cdl)
   % and '}' around compound and vlen values. The root group's path is empty.
   values = containers.Map ();
   lines = strsplit (cdl, "\n");
+  opens = regexp (lines, '^\s*group: (.+) \{$', 'tokens', 'once');
+  closes = ! cellfun (@isempty, regexp (lines, '^\s*\} // group ', 'once'));
+  names = regexp (lines, '^\s*(types|dimensions|variables|data):$', 'tokens', 'once');
+  header = ! cellfun (@isempty, regexp (lines, '^netcdf .* \{$', 'once'));
+  boundaries = find (! cellfun (@isempty, opens) | closes | ! cellfun (@isempty, names) | header);
   group = {};
   section = '';
   start = 1;
-  for k = 1:numel (lines) + 1
-    boundary = k > numel (lines);
-    if (! boundary)
-      opens = regexp (lines{k}, '^\s*group: (.+) \{$', 'tokens', 'once');
-      closes = ! isempty (regexp (lines{k}, '^\s*\} // group ', 'once'));
-      names = regexp (lines{k}, '^\s*(types|dimensions|variables|data):$', 'tokens', 'once');
-      boundary = ! isempty (opens) || closes || ! isempty (names) ...
-                 || ! isempty (regexp (lines{k}, '^netcdf .* \{$', 'once'));
-    end
-    if (! boundary)
-      continue;
-    end
+  for k = [boundaries, numel(lines) + 1]
     if (any (strcmp (section, {'variables', 'data'})))
       path = ['' cellfun(@(g) ['/' g], group, 'UniformOutput', false){:}];
       add_statements (values, path, section, strjoin (lines(start:k-1), "\n"));
@@ -28,12 +22,12 @@ function values = cdl_values (cdl)
     start = k + 1;
     if (k > numel (lines))
       break;
-    elseif (! isempty (opens))
-      group{end+1} = unescape_name (opens{1});
-    elseif (closes)
+    elseif (! isempty (opens{k}))
+      group{end+1} = unescape_name (opens{k}{1});
+    elseif (closes(k))
       group(end) = [];
-    elseif (! isempty (names))
-      section = names{1};
+    elseif (! isempty (names{k}))
+      section = names{k}{1};
     end
   end
 end
@@ -69,15 +63,19 @@ end
 function s = unescape_text (q)
   % The bytes of a quoted CDL string, as a char row marked by a leading '"'.
   body = q(2:end-1);
+  if (! any (body == '\'))
+    s = ['"' body];
+    return;
+  end
   [pieces, escapes] = regexp (body, '\\([0-7]{1,3}|.)', 'split', 'tokens');
   s = pieces{1};
-  simple = struct ('n', "\n", 't', "\t", 'r', "\r", 'f', "\f", 'b', "\b", 'v', "\v", 'a', "\a");
   for k = 1:numel (escapes)
     e = escapes{k}{1};
+    named = strfind ('ntrfbva', e);
     if (any (e(1) == '01234567'))
-      c = char (bin2dec (dec2bin (base2dec (e, 8))));
-    elseif (isfield (simple, e))
-      c = simple.(e);
+      c = char (base2dec (e, 8));
+    elseif (numel (e) == 1 && ! isempty (named))
+      c = "\n\t\r\f\b\v\a"(named);
     else
       c = e;
     end

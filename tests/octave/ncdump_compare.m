@@ -70,14 +70,10 @@ end
 
 function s = int_text (v)
   % Exact decimal text of integers, uint64 above intmax ('int64') included.
-  s = cell (1, numel (v));
-  for k = 1:numel (v)
-    if (isa (v(k), 'uint64') && v(k) > intmax ('int64'))
-      high = idivide (v(k), uint64 (1e10), 'floor');
-      s{k} = sprintf ('%d%010d', high, v(k) - high * uint64 (1e10));
-    else
-      s{k} = sprintf ('%d', v(k));
-    end
+  s = strsplit (sprintf ('%d\n', v), "\n")(1:end-1);
+  for k = find (isa (v, 'uint64') & v > intmax ('int64'))
+    high = idivide (v(k), uint64 (1e10), 'floor');
+    s{k} = sprintf ('%d%010d', high, v(k) - high * uint64 (1e10));
   end
 end
 
@@ -105,7 +101,9 @@ function same = equal_tokens (tokens, v, fill)
   tokens = tokens(:)';
   v = v(:)';
   filled = strcmp (tokens, '_');
-  same = all (arrayfun (@(x) isequaln (x, fill), v(filled)));
+  if (any (filled))
+    same = isequaln (v(filled), repmat (cast (fill, class (v)), 1, nnz (filled)));
+  end
   tokens = tokens(! filled);
   v = v(! filled);
   if (isempty (v))
