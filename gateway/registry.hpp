@@ -4,9 +4,18 @@
 
 #include <vector>
 
+#include "gateway/operation.hpp"
+
 namespace OpenFileRegistry {
 void add(int ncid);
 void remove(int ncid);
+// After a close that failed netCDF-C 4.9.0 keeps the file's id but has freed part of what
+// it stands for: any later call with it, or with one of its groups, crashes. Forgets the
+// file and refuses its ids from then on.
+void release(int ncid);
+// Raises NC_EBADID, as netCDF-C reports a closed id, when one of the row's id inputs
+// belongs to a released file.
+void refuseReleasedIds(const OperationRow& row, int nInputs, const qvArray* const* inputs);
 bool contains(int ncid);
 // Ascending.
 std::vector<int> ids();

@@ -78,6 +78,6 @@ std::vector<std::uint8_t> encode(const Program& program);
 // Number of inputs a call passes, given the row's own count (or -1 for a bogus name).
 std::size_t inputCountOf(const Call& call, int rowInputs);
 // nlhs the call passes.
-int outputCountOf(const Call& call);
+int outputCountOf(const Call& call, int rowOutputs);
 
 }  // namespace fuzz

@@ -23,6 +23,7 @@
 #include "fuzz_workspace.hpp"
 #include "gateway/netcdflib.hpp"
 #include "gateway/operation.hpp"
+#include "gateway/row_shapes.hpp"
 #include "qvhost/qvhost.hpp"
 
 namespace {
@@ -84,9 +85,9 @@ bool takesFileName(const OperationRow& row) {
 
 // One line per input array, for following a finding by hand.
 std::string describe(const qvArray* a) {
-  std::string out = "class " + std::to_string(qvGetClassID(a)) + " [";
+  std::string out = std::string("class ").append(std::to_string(qvGetClassID(a))).append(" [");
   for (std::size_t i = 0; i < qvGetNumberOfDimensions(a); ++i) {
-    out += (i ? "x" : "") + std::to_string(qvGetDimensions(a)[i]);
+    out.append(i ? "x" : "").append(std::to_string(qvGetDimensions(a)[i]));
   }
   out += "]";
   if (qvGetClassID(a) == qvCHAR_CLASS) {
@@ -95,7 +96,7 @@ std::string describe(const qvArray* a) {
     out += "'";
   } else {
     // Only the leading values: enough to recognise ids and counts.
-    for (const double v : fuzz::numericValues(a, 4)) out += " " + std::to_string(v);
+    for (const double v : fuzz::numericValues(a, 4)) out.append(" ").append(std::to_string(v));
   }
   return out;
 }
@@ -155,7 +156,8 @@ void runCall(const fuzz::Call& call, fuzz::CallHistory& history) {
   // Two guard slots past the most any operation may fill.
   std::array<qvArrayPtr, kNetcdflibMaxOutputs + 2> slots;
   try {
-    netcdflib(fuzz::outputCountOf(call), slots.data(), static_cast<int>(prhs.size()), prhs.data());
+    const int nlhs = fuzz::outputCountOf(call, reaches ? outputCount(*row) : kNetcdflibMaxOutputs);
+    netcdflib(nlhs, slots.data(), static_cast<int>(prhs.size()), prhs.data());
     ++stats.normal;
     if (reaches) ++stats.rowNormal[rowIndex];
     if (tracing()) std::fprintf(stderr, "  %s: returned\n", known ? table[call.op].name : "?");

@@ -46,7 +46,7 @@ class DataFile : public ::testing::Test {
     const qvArrayPtr name = charRow(op), vid = scalar<double>(varid);
     all.insert(all.begin(), {name.get(), id_.get(), vid.get()});
     test::Outputs out;
-    netcdflib(kNetcdflibMaxOutputs, out.data(), static_cast<int>(all.size()), all.data());
+    netcdflib(0, out.data(), static_cast<int>(all.size()), all.data());
     return std::move(out[0]);
   }
 

@@ -102,7 +102,7 @@ TEST(OpenCreate, EveryFormatByNameOrNumberReportsItsName) {
   };
   int k = 0;
   for (const auto& c : cases) {
-    const std::string path = dir.file("f" + std::to_string(k++) + ".nc");
+    const std::string path = dir.file(std::string("f").append(std::to_string(k++)).append(".nc"));
     call("close", {call1("create", {path, c.mode.get()})});
     const qvArrayPtr ncid = call1("open", {path, "nowrite"});
     EXPECT_EQ(c.format, text(call1("inqFormat", {ncid}))) << path;
@@ -215,3 +215,82 @@ TEST(FileControl, ChunkCacheReadsBackWhatWasSet) {
 }
 
 }  // namespace
+
+namespace {
+
+const char* const kBadId = "Not a valid ID";
+
+// A classic file whose close fails: two variables each beyond the format's size limit.
+qvArrayPtr fileThatFailsToClose(const std::string& path) {
+  qvArrayPtr id = call1("create", {path, "clobber"});
+  const qvArrayPtr dim = call1("defDim", {id, "x", 1 << 30});
+  call("defVar", {id, "a", NC_DOUBLE, dim.get()});
+  call("defVar", {id, "b", NC_DOUBLE, dim.get()});
+  return id;
+}
+
+}  // namespace
+
+// netCDF-C 4.9.0 keeps such an id after freeing part of the file, and crashes on any later
+// call with it or a group of it; each is refused as netCDF-C refuses a closed id.
+TEST(RegistryThroughOperations, IdsOfAFailedCloseAreRefusedEverywhere) {
+  test::ScratchDir dir;
+  const qvArrayPtr big = fileThatFailsToClose(dir.file("big.nc"));
+  EXPECT_MSGID(call("close", {big}), "QUARNA:imagesci:netcdf:formatConstraintsViolation", args());
+  const int ncid = ncidOf(big);
+  EXPECT_FALSE(OpenFileRegistry::contains(ncid));
+  const int other = ncidOf(call1("create", {dir.file("other.nc"), "netcdf4"}));
+  const double id = ncid;
+  const struct {
+    const char* op;
+    std::vector<double> inputs;
+  } calls[] = {
+      {"close", {id}},    {"abort", {id}},          {"sync", {id}},
+      {"redef", {id}},    {"endDef", {id}},         {"pEndDef", {id, 0, 4, 0, 4}},
+      {"inq", {id}},      {"inqFormat", {id}},      {"setFill", {id, NC_FILL}},
+      {"inqVarIDs", {id + 1}}, {"getVarDouble", {id, 0}},
+  };
+  for (const auto& c : calls) {
+    SCOPED_TRACE(c.op);
+    const qvArrayPtr name = charRow(c.op);
+    std::vector<qvArrayPtr> owned;
+    std::vector<const qvArray*> inputs{name.get()};
+    for (const double v : c.inputs) inputs.push_back(owned.emplace_back(scalar<double>(v)).get());
+    test::Outputs out;
+    EXPECT_MSGID(netcdflib(0, out.data(), static_cast<int>(inputs.size()), inputs.data()),
+                 kLibraryFailure, args(c.op, "NC_EBADID", kBadId));
+  }
+  EXPECT_MSGID(call("copyAtt", {other, NC_GLOBAL, "a", ncid, NC_GLOBAL}), kLibraryFailure,
+               args("copyAtt", "NC_EBADID", kBadId));
+  // Other files, and files opened later, are untouched.
+  EXPECT_EQ((std::vector<double>{0, 0, 0, -1}), numbers(call("inq", {other}), 4));
+  call("close", {other});
+  const qvArrayPtr later = call1("create", {dir.file("later.nc"), "clobber"});
+  call("close", {later});
+}
+
+// netCDF-C takes names as C strings: anything after a NUL would be dropped, and another
+// file or object used than the one named.
+TEST(OpenCreate, NamesWithANulAreRefusedUnderTheirArgument) {
+  test::ScratchDir dir;
+  const std::string nul("x.nc\0junk", 9);
+  EXPECT_MSGID(call("create", {dir.file(nul), "clobber"}),
+               "QUARNA:imagesci:netcdf:nameContainsNul", args("file"));
+  EXPECT_MSGID(call("open", {dir.file(nul), "nowrite"}), "QUARNA:imagesci:netcdf:nameContainsNul",
+               args("file"));
+  EXPECT_FALSE(std::filesystem::exists(dir.file("x.nc")));
+  const qvArrayPtr id = call1("create", {dir.file("n.nc"), "netcdf4"});
+  const std::string name("d\0e", 3);
+  EXPECT_MSGID(call("defDim", {id, name, 1}), "QUARNA:imagesci:netcdf:nameContainsNul",
+               args("dimension"));
+  EXPECT_MSGID(call("defGrp", {id, name}), "QUARNA:imagesci:netcdf:nameContainsNul",
+               args("group name"));
+  EXPECT_MSGID(call("putAttText", {id, NC_GLOBAL, name, NC_CHAR, "t"}),
+               "QUARNA:imagesci:netcdf:nameContainsNul", args("attribute"));
+  EXPECT_EQ((std::vector<double>{0, 0, 0, -1}), numbers(call("inq", {id}), 4));
+  // As character data a NUL is a character like any other.
+  const qvArrayPtr dim = call1("defDim", {id, "x", 1});
+  const qvArrayPtr var = call1("defVar", {id, "c", NC_CHAR, dim.get()});
+  call("defVarFill", {id, var.get(), false, std::string(1, '\0')});
+  call("close", {id});
+}

@@ -53,6 +53,7 @@ const std::vector<CatalogueCase>& allIdentifiers() {
       {n,
        "librarydapFailure",
        {std::string("open"), std::string("NC_EDAPSVC"), std::string("DAP server error")}},
+      {n, "nameContainsNul", {std::string("file")}},
       {n, "rowLengthOutOfBounds", {std::string("dimids"), 1024L}},
       {n, "unhandledAttributeOperation", {std::string("getAttWeird")}},
       {n, "unhandledFillDatatype", {-13L}},
@@ -64,6 +65,7 @@ const std::vector<CatalogueCase>& allIdentifiers() {
       {n, "unrecognizedFletcher32Setting", {9L}},
       {n, "unrecognizedOperation", {std::string("Open")}},
       {n, "unrecognizedVarDatatype", {33L}},
+      {v, "tooManyOutputs", {std::string("close"), 0L}},
       {v, "wrongNumberOfInputs", {}},
       {"QUARNA:string", "MissingNotSupported", {}},
       {n, "closingFileHandle", {}},
@@ -78,7 +80,7 @@ std::u16string argText(const MsgArg& a) {
 }
 
 TEST(HostCatalogue, EveryIdentifierHasATextWithItsArguments) {
-  EXPECT_EQ(allIdentifiers().size(), 41u);
+  EXPECT_EQ(allIdentifiers().size(), 43u);
   for (const auto& c : allIdentifiers()) {
     const BaseMsgID id(c.component, c.identifier, c.args);
     SCOPED_TRACE(id.fullIdentifier());
@@ -102,6 +104,21 @@ TEST(HostCatalogue, ArgumentsLandInTheirPlaces) {
   EXPECT_LT(msg, name);
   const BaseMsgID wide("QUARNA:imagesci:netcdf", "argumentWasNotChar", {std::u16string(u"\u263A")});
   EXPECT_NE(resource_core::messageText(wide).find(u'\u263A'), std::u16string::npos);
+}
+
+// Texts true in every use: an index length error says what each number is, a class error
+// does not claim numeric data was not numeric.
+TEST(HostCatalogue, TextsSayWhatTheirArgumentsAre) {
+  const BaseMsgID length("QUARNA:imagesci:netcdf", "badIndexArgumentLength",
+                         {std::string("COUNT"), std::string("v"), 2L, 2L});
+  const std::u16string lengthText = resource_core::messageText(length);
+  EXPECT_EQ(lengthText.find(u"expected 2, found 2"), std::u16string::npos);
+  EXPECT_NE(lengthText.find(u"(2 dimensions; 2 is the length of START when reading"),
+            std::u16string::npos);
+  const BaseMsgID datatype("QUARNA:imagesci:netcdf", "argumentHasBadDatatype", {std::string("data")});
+  const std::u16string datatypeText = resource_core::messageText(datatype);
+  EXPECT_EQ(datatypeText.find(u"must be numeric;"), std::u16string::npos);
+  EXPECT_NE(datatypeText.find(u"of the class the operation names"), std::u16string::npos);
 }
 
 TEST(HostCatalogue, UnknownIdentifiersGetAGenericText) {

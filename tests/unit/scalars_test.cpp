@@ -214,10 +214,11 @@ TEST(GetScalar, NonNumericAndComplexRefused) {
   refused.emplace_back("struct", test::structScalar());
   refused.emplace_back("complex", test::complexScalar(5, 1));
   refused.emplace_back("complex, zero imaginary part", test::complexScalar(5, 0));
-  for (const auto& [label, a] : refused) {
-    SCOPED_TRACE(label);
-    EXPECT_MSGID(getScalar<int>(a.get(), "varid"), kBadScalar, args("varid", "numeric"));
-    EXPECT_MSGID(getScalar<double>(a.get(), "FILLVALUE", ScalarUse::FillValue), kBadScalar, args("FILLVALUE", "numeric"));
+  for (const auto& c : refused) {
+    SCOPED_TRACE(c.first);
+    const qvArray* a = c.second.get();
+    EXPECT_MSGID(getScalar<int>(a, "varid"), kBadScalar, args("varid", "numeric"));
+    EXPECT_MSGID(getScalar<double>(a, "FILLVALUE", ScalarUse::FillValue), kBadScalar, args("FILLVALUE", "numeric"));
   }
 }
 

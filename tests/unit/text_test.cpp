@@ -30,9 +30,9 @@ TEST(GetName, RefusesOtherShapesAndClasses) {
   refused.emplace_back("double", test::scalar<double>(1));
   refused.emplace_back("empty double", test::zeros(qvDOUBLE_CLASS, {0, 0}));
   refused.emplace_back("cell", test::emptyCell());
-  for (const auto& [label, a] : refused) {
-    SCOPED_TRACE(label);
-    EXPECT_MSGID(getName(a.get(), "dimension"), kNotChar, args("dimension"));
+  for (const auto& c : refused) {
+    SCOPED_TRACE(c.first);
+    EXPECT_MSGID(getName(c.second.get(), "dimension"), kNotChar, args("dimension"));
   }
 }
 
