@@ -6,8 +6,8 @@ CMAKE_FLAGS ?=
 # The project's own builds treat warnings as errors; a plain cmake build does not.
 WERROR = -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 
-.PHONY: deps configure build demo test sanitize-test release-check octave-package package-check \
-  bench fuzz fuzz-seeds format clean
+.PHONY: deps configure build demo test sanitize-test coverage count release-check \
+  octave-package package-check bench fuzz fuzz-seeds format clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -31,6 +31,24 @@ sanitize-test: deps
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:abort_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	  UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+# Line and function coverage of the product code (everything outside tests/, bench/ and
+# examples/) by the whole suite, Octave bridge included, then the suite's size against it.
+COV_BUILD ?= build-coverage
+coverage: deps
+	@cmake -S . -B $(COV_BUILD) -DNETCDFLIB_COVERAGE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
+	@cmake --build $(COV_BUILD) -j $(JOBS)
+	@find $(COV_BUILD) -name '*.gcda' -delete
+	@cd $(COV_BUILD) && ctest -j $(JOBS) >ctest.log; status=$$?; tail -n 3 ctest.log; exit $$status
+	@gcovr --root . --object-directory $(COV_BUILD) --exclude '(.*/)?tests/' --exclude 'bench/' \
+	  --exclude 'examples/' --exclude '$(COV_BUILD)/' --exclude '.*/FuzzedDataProvider.h' \
+	  --exclude-throw-branches --gcov-ignore-parse-errors \
+	  --txt $(COV_BUILD)/coverage.txt --print-summary | tail -n 3
+	@/usr/bin/python3 scripts/count-lines.py
+
+# The suite's size against the product code's, in code lines (see scripts/count-lines.py).
+count:
+	@/usr/bin/python3 scripts/count-lines.py
 
 # What users get: a Release build with warnings as errors, installed into a temporary prefix
 # and used from a C++ program outside the tree (find_package, pkg-config) and from Octave.

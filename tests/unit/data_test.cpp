@@ -55,26 +55,6 @@ class DataFile : public ::testing::Test {
   qvArrayPtr id_;
 };
 
-// Octave has no missing strings, so only here: a missing element anywhere fails every
-// string write before netCDF-C is called, which would otherwise have grown the record
-// dimension. (Text bytes and UTF-8 strings are compared with python3-netcdf4 in the Octave
-// interop matrix.)
-TEST_F(DataFile, MissingStringFailsEveryWriteBeforeNetcdf) {
-  const int records = defVar("records", NC_STRING, {t_});
-  qvArrayPtr one = createStringArray(1, 1), two = createStringArray(2, 1);
-  setStringMissing(one.get(), 0);
-  setStringElement(two.get(), 0, u"caf\u00e9");
-  setStringMissing(two.get(), 1);
-  const char* missing = "QUARNA:string:MissingNotSupported";
-  EXPECT_MSGID(call("putVarString", defVar("fixed", NC_STRING, {y_}), {two}), missing, args());
-  EXPECT_MSGID(call("putVar1String", records, {3, one}), missing, args());
-  EXPECT_MSGID(call("putVaraString", records, {3, 2, two}), missing, args());
-  EXPECT_MSGID(call("putVarsString", records, {3, 2, 2, two}), missing, args());
-  std::size_t length = 1;
-  ASSERT_EQ(NC_NOERR, nc_inq_dimlen(ncid_, t_, &length));
-  EXPECT_EQ(0u, length);
-}
-
 TEST_F(DataFile, WholeWriteChecksInOrder) {
   const int records = defVar("r", NC_DOUBLE, {t_, x_});
   const int fixed = defVar("f", NC_DOUBLE, {y_, x_});

@@ -123,36 +123,6 @@ TEST(Dispatch, OtherFailuresPassUnchanged) {
 // two-input row of the same name shadows. Through the entry, one input too many is refused
 // by count; the exact count of empty inputs reaches a handler, which refuses them by its own
 // rules.
-TEST(OperationTable, EveryRowIsReachedThroughTheEntry) {
-  EXPECT_EQ(operationTable().size(), 186u);
-  const qvArrayPtr empty = test::zeros(qvDOUBLE_CLASS, {0, 0});
-  for (const OperationRow& row : operationTable()) {
-    SCOPED_TRACE(row.name);
-    const qvArrayPtr name = test::charRow(row.name);
-    std::vector<const qvArray*> inputs(static_cast<std::size_t>(row.nInputs) + 2, empty.get());
-    inputs[0] = name.get();
-    const auto call = [&] {
-      test::Outputs out;
-      netcdflib(0, out.data(), static_cast<int>(inputs.size()), inputs.data());
-    };
-    if (std::string(row.name) == "inqDimIDs" && row.nInputs == 1) {
-      EXPECT_MSGID(lookupOperation(operationTable(), row.name, 1), kWrongCount, args());
-      continue;
-    }
-    EXPECT_EQ(&lookupOperation(operationTable(), row.name, row.nInputs), &row);
-    EXPECT_MSGID(call(), kWrongCount, args());
-    inputs.pop_back();
-    const auto reached = test::catchMsgId(call);
-    if (row.nInputs == 0) {
-      EXPECT_FALSE(reached) << reached->id;
-    } else {
-      ASSERT_TRUE(reached);
-      EXPECT_NE(kUnrecognized, reached->id);
-      EXPECT_NE(kWrongCount, reached->id);
-    }
-  }
-}
-
 }  // namespace
 
 namespace {

@@ -38,14 +38,9 @@ TEST(FileMode, NamesInAnyCaseWithOrWithoutPrefix) {
     int mode;
   } cases[] = {
       {"NC_NOCLOBBER", NC_NOCLOBBER},
-      {"noClobber", NC_NOCLOBBER},
       {"nc_noclobber", NC_NOCLOBBER},
-      {"clobber", NC_CLOBBER},
-      {"SHARE", NC_SHARE},
       {"nc_write", NC_WRITE},
       {"NetCDF4", NC_NETCDF4},
-      {"64BIT_OFFSET", NC_64BIT_OFFSET},
-      {"classic_model", NC_CLASSIC_MODEL},
       {"NC_NOWRITE", NC_NOWRITE},
   };
   for (const auto& c : cases) {
@@ -93,11 +88,8 @@ TEST(OpenCreate, EveryFormatByNameOrNumberReportsItsName) {
     const char* format;
   } cases[] = {
       {"clobber", "FORMAT_CLASSIC"},
-      {0, "FORMAT_CLASSIC"},
       {"64bit_offset", "FORMAT_64BIT"},
-      {scalar<std::int32_t>(NC_64BIT_OFFSET), "FORMAT_64BIT"},
       {"NC_NETCDF4", "FORMAT_NETCDF4"},
-      {NC_NETCDF4, "FORMAT_NETCDF4"},
       {scalar<std::int32_t>(NC_NETCDF4 | NC_CLASSIC_MODEL), "FORMAT_NETCDF4_CLASSIC"},
   };
   int k = 0;
@@ -108,13 +100,6 @@ TEST(OpenCreate, EveryFormatByNameOrNumberReportsItsName) {
     EXPECT_EQ(c.format, text(call1("inqFormat", {ncid}))) << path;
     call("close", {ncid});
   }
-}
-
-TEST(OpenCreate, Cdf5OpensButHasNoFormatName) {
-  test::ScratchDir dir;
-  const qvArrayPtr ncid = call1("create", {dir.file("cdf5.nc"), NC_64BIT_DATA});
-  EXPECT_MSGID(call("inqFormat", {ncid}), "QUARNA:imagesci:netcdf:unknownNetCDFFormat", args(5));
-  call("close", {ncid});
 }
 
 TEST(OpenCreate, ExistingFileUnderNoclobber) {
@@ -154,20 +139,6 @@ TEST(RegistryThroughOperations, FollowsOpenCloseAbortAndIgnoresPCreate) {
   EXPECT_EQ(NC_NOERR, nc_close(ncidOf(created[1])));
 }
 
-TEST(FileControl, InqReportsTheUnlimitedDimension) {
-  test::ScratchDir dir;
-  const qvArrayPtr id = call1("create", {dir.file("inq.nc"), "netcdf4"});
-  const int ncid = ncidOf(id);
-  EXPECT_EQ((std::vector<double>{0, 0, 0, -1}), numbers(call("inq", {id}), 4));
-  int fixed = 0, unlimited = 0, var = 0;
-  ASSERT_EQ(NC_NOERR, nc_def_dim(ncid, "x", 3, &fixed));
-  ASSERT_EQ(NC_NOERR, nc_def_dim(ncid, "t", NC_UNLIMITED, &unlimited));
-  ASSERT_EQ(NC_NOERR, nc_def_var(ncid, "v", NC_INT, 1, &fixed, &var));
-  ASSERT_EQ(NC_NOERR, nc_put_att_int(ncid, NC_GLOBAL, "a", NC_INT, 1, &fixed));
-  EXPECT_EQ((std::vector<double>{2, 1, 1, double(unlimited)}), numbers(call("inq", {id}), 4));
-  call("close", {id});
-}
-
 TEST(FileControl, DefineModeErrorsNameTheOperation) {
   test::ScratchDir dir;
   const qvArrayPtr id = call1("create", {dir.file("define.nc"), "clobber"});
@@ -181,37 +152,6 @@ TEST(FileControl, DefineModeErrorsNameTheOperation) {
   call("sync", {id});
   call("close", {id});
   EXPECT_MSGID(call("sync", {id}), kLibraryFailure, args("sync", "NC_EBADID", "Not a valid ID"));
-}
-
-TEST(FileControl, SettingsReturnThePreviousValue) {
-  test::ScratchDir dir;
-  const qvArrayPtr id = call1("create", {dir.file("fill.nc"), "clobber"});
-  EXPECT_EQ(NC_FILL, number(call1("setFill", {id, NC_NOFILL})));
-  EXPECT_EQ(NC_NOFILL, number(call1("setFill", {id, NC_FILL})));
-  call("close", {id});
-
-  const double previous = number(call1("setDefaultFormat", {NC_FORMAT_64BIT_OFFSET}));
-  EXPECT_EQ(NC_FORMAT_64BIT_OFFSET, number(call1("setDefaultFormat", {previous})));
-  EXPECT_MSGID(call("setDefaultFormat", {99}), kLibraryFailure,
-               args("setDefaultFormat", "NC_EINVAL", "Invalid argument"));
-}
-
-TEST(FileControl, LibraryVersionIsTheFirstWord) {
-  const std::string version = text(call1("inqLibVers"));
-  EXPECT_FALSE(version.empty());
-  EXPECT_EQ(std::string::npos, version.find(' '));
-  EXPECT_EQ(0u, std::string(nc_inq_libvers()).find(version));
-}
-
-TEST(FileControl, ChunkCacheReadsBackWhatWasSet) {
-  const auto before = call("getChunkCache");
-  call("setChunkCache", {32 << 20, 1009, scalar<float>(0.25f)});
-  EXPECT_EQ((std::vector<double>{32 << 20, 1009, 0.25}), numbers(call("getChunkCache"), 3));
-  // A preemption above 1 is netCDF-C's to refuse.
-  EXPECT_MSGID(call("setChunkCache", {32 << 20, 1009, scalar<float>(2.0f)}), kLibraryFailure,
-               args("setChunkCache", "NC_EINVAL", "Invalid argument"));
-  call("setChunkCache",
-       {before[0], before[1], scalar<float>(static_cast<float>(number(before[2])))});
 }
 
 }  // namespace
