@@ -18,7 +18,7 @@ function counts = ncdump_compare (label, urls, printed_urls)
 end
 
 function counts = compare_one (url, printed_url)
-  printed = cdl_values (ncdump_text ('-p', '9,17', printed_url));
+  printed = cdl_values (ncdump ('-p', '9,17', printed_url));
   counts = [0 0 0 0];
   seen = {};
   nc = netcdflib ('open', url, 'NC_NOWRITE');

@@ -42,3 +42,22 @@ function out = ncdump (varargin)
   [status, out] = system (['"' getenv('NETCDFLIB_NCDUMP') '"' sprintf(' "%s"', varargin{:}) ' 2>&1']);
   assert (status == 0, '%s', out);
 end
+
+function err = failure (varargin)
+  % The error netcdflib (VARARGIN{:}) raises; a call that raises none is an error.
+  try
+    netcdflib (varargin{:});
+  catch err
+    return;
+  end
+  error ('netcdflib (''%s'', ...) raised no error', varargin{1});
+end
+
+function expect_error (err, id, varargin)
+  % Fails unless ERR has the identifier ID and a message that contains every text given.
+  assert (err.identifier, id);
+  for k = 1:numel (varargin)
+    assert (! isempty (strfind (err.message, varargin{k})), '"%s" missing from: %s', ...
+            varargin{k}, err.message);
+  end
+end

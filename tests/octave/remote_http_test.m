@@ -5,7 +5,7 @@
 
 %!shared fixtures, work, server, base
 %! fixtures = getenv ('NETCDFLIB_REMOTE_FIXTURES');
-%! work = scratch_dir ();
+%! work = work_dir ();
 %! server = loopback_server (fullfile (fixtures, 'dap2'), work, 'main', 280);
 %! base = sprintf ('http://127.0.0.1:%d/', server(1));
 
@@ -45,7 +45,7 @@
 %! before = open_descriptors ();
 %! for k = 1:rows (cases)
 %!   started = tic;
-%!   err = call_failure ('open', cases{k, 2}, 'NC_NOWRITE');
+%!   err = failure ('open', cases{k, 2}, 'NC_NOWRITE');
 %!   fprintf (stderr, '%s: %s after %.3f s: %s\n', cases{k, 1}, err.identifier, toc (started), ...
 %!            err.message);
 %!   expect_error (err, ['QUARNA:imagesci:netcdf:' cases{k, 3}], '''open''', cases{k, 4});
@@ -59,7 +59,7 @@
 %! nc = netcdflib ('open', sprintf ('http://127.0.0.1:%d/test.07', gone(1)), 'NC_NOWRITE');
 %! system (sprintf ('kill %d', gone(2)));
 %! pause (0.2);
-%! err = call_failure ('getVarInt', nc, netcdflib ('inqVarID', nc, 'person.age'));
+%! err = failure ('getVarInt', nc, netcdflib ('inqVarID', nc, 'person.age'));
 %! expect_error (err, 'QUARNA:imagesci:netcdf:librarydapFailure', '''getVarInt''');
 %! fprintf (stderr, 'server gone after open: %s\n', err.message);
 %! netcdflib ('close', nc);
@@ -88,5 +88,3 @@
 
 %!test
 %! system (sprintf ('kill %d', server(2)));
-%! confirm_recursive_rmdir (false, 'local');
-%! rmdir (work, 's');
