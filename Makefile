@@ -74,7 +74,7 @@ BENCH_BUILD ?= build-bench
 BENCH_ARGS ?=
 bench: deps
 	@cmake -S . -B $(BENCH_BUILD) -DNETCDFLIB_BENCH=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
-	@cmake --build $(BENCH_BUILD) -j $(JOBS) --target ncbench_c qvbench netcdflib_octave
+	@cmake --build $(BENCH_BUILD) -j $(JOBS) --target ncbench_c qvbench netcdflib_octave ncdataset_decode ncdataset_header
 	@/usr/bin/python3 bench/run.py --build $(BENCH_BUILD) $(BENCH_ARGS)
 
 # Coverage-guided fuzzing of netcdflib (clang 14, libFuzzer, ASan, UBSan, LeakSanitizer):

@@ -52,6 +52,16 @@ WORKLOADS = [
 # Workloads that run only some implementations.
 REMOTE_IMPLS = {"read_dap2": ["a", "b", "c"], "read_zarr": ["a", "b", "c", "d"]}
 BULK_READS = {"read_whole", "read_slabs", "read_deflate"}
+# The dataset interface (ncdataset) beside what it is measured against, in the same rounds:
+# name, file, repetitions, (label, implementation) for the interface and the reference.
+DATASET_ROWS = [
+    ("ds_raw", "big4.nc", 2, ("ds.read, Decode false", "ds"),
+     ("netcdflib getVarDouble", "lib")),
+    ("ds_packed", "packed.nc", 2, ("ds.read, decoded", "ds"), ("python3-netcdf4 v[:]", "py")),
+    ("ds_disp", "meta.nc", 3, ("disp(ds)", "ds"), ("ncdump -h", "ncdump")),
+]
+DATASET_TARGETS = {"ds_raw": 1.05, "ds_packed": 1.0, "ds_disp": 2.0}
+PACKED_ELEMENTS = 128 << 20
 IMPLS = ["a", "b", "c", "d"]
 IMPL_NAMES = {
     "a": "(a) C",
@@ -161,6 +171,29 @@ class Runner:
         return ["/usr/bin/python3", os.path.join(HERE, "python", "ncbench.py"), workload, path,
                 str(reps)]
 
+    def dataset_command(self, impl, workload, path, reps):
+        if impl == "ds":
+            script = (f"addpath('{os.path.join(self.build, 'octave')}', "
+                      f"'{os.path.join(HERE, '..', 'octave', 'inst')}', "
+                      f"'{os.path.join(HERE, 'octave')}'); "
+                      f"ncdataset_bench('{workload}', '{path}', {reps})")
+            return [self.octave, "--norc", "--no-history", "--no-window-system", "--eval",
+                    script]
+        if impl == "lib":
+            return self.command("c", "read_whole", path, reps)
+        if impl == "py":
+            return ["/usr/bin/python3", os.path.join(HERE, "python", "ncbench.py"), workload,
+                    path, str(reps)]
+        # ncdump -h, each repetition a process as a user runs it, its output discarded.
+        code = ("import subprocess, sys, time\n"
+                "for _ in range(int(sys.argv[2])):\n"
+                "    t0 = time.perf_counter()\n"
+                "    out = subprocess.run(['ncdump', '-h', sys.argv[1]], check=True,\n"
+                "                         stdout=subprocess.PIPE).stdout\n"
+                "    print('rep %.6f' % (time.perf_counter() - t0))\n"
+                "print('check %d' % len(out))\n")
+        return ["/usr/bin/python3", "-c", code, path, str(reps)]
+
     def measure(self, impl, workload, path, reps):
         return run(self.command(impl, workload, path, reps), os.path.join(self.data, "stderr"))
 
@@ -265,6 +298,7 @@ def main():
                       f"{fmt_time(run_info, calls):>10s} {fmt_spread(run_info):>5s} "
                       f"first {max(run['first']):7.3f} s  peak {run['rss'] / 1024:6.0f} MiB  "
                       f"check {check}", flush=True)
+        dataset_rows(runner, data, args, only, results)
     finally:
         if server is not None:
             server.terminate()
@@ -275,12 +309,83 @@ def main():
     sizes = {"big": args.mib * MIB, "deflate": args.mib * MIB // 4}
     print()
     print(report(results, sizes))
+    if results.get("dataset"):
+        print()
+        print(dataset_report(results))
     path = args.json or os.path.join(build, "bench-results.json")
     with open(path, "w") as f:
         json.dump(results, f, indent=1)
     print(f"\nfigures written to {path}; {info['minutes']} min, load average "
           f"{info['load_start']:.2f} at the start and {info['load_end']:.2f} at the end")
     return 0 if all_checks_agree(results) else 1
+
+
+def dataset_rows(runner, data, args, only, results):
+    """The ncdataset rows: each workload's interface and reference processes alternate."""
+    rows = [r for r in DATASET_ROWS if not only or r[0] in only]
+    if not rows:
+        return
+    packed = os.path.join(data, "packed.nc")
+    if any(r[0] == "ds_packed" for r in rows):
+        t0 = time.monotonic()
+        subprocess.run(["/usr/bin/python3", os.path.join(HERE, "python", "ncbench.py"),
+                        "prepare_packed", packed, str(PACKED_ELEMENTS)], check=True)
+        subprocess.run(["sync"], check=True)
+        print(f"prepared packed.nc in {time.monotonic() - t0:.0f} s", flush=True)
+    err = os.path.join(data, "stderr")
+    base = run(runner.dataset_command("ds", "ds_baseline", os.path.join(data, "small.nc"), 1),
+               err)[2]
+    results["dataset_baseline_kib"] = base
+    results["dataset"] = []
+    for name, file, reps, mine, ref in rows:
+        reps = max(1, round(reps * args.reps))
+        path = os.path.join(data, file)
+        runs = {impl: {"times": [], "rss": 0, "checks": set()} for _, impl in (mine, ref)}
+        for _ in range(args.rounds):
+            for _, impl in (mine, ref):
+                warm(path)
+                times, check, rss = run(runner.dataset_command(impl, name, path, reps + 1), err)
+                runs[impl]["times"] += times[1:]
+                runs[impl]["rss"] = max(runs[impl]["rss"], rss)
+                runs[impl]["checks"].add(check)
+        row = {"workload": name, "file": file}
+        for side, (label, impl) in (("mine", mine), ("ref", ref)):
+            r = runs[impl]
+            row[side] = {"label": label, "impl": impl, "maxrss_kib": r["rss"],
+                         "checks": sorted(map(str, r["checks"])), **summarise(r["times"])}
+            print(f"  {name:10s} {file:11s} {label:24s} {row[side]['median']:8.3f} s "
+                  f"{fmt_spread(row[side]):>5s}  peak {r['rss'] / 1024:6.0f} MiB  "
+                  f"check {' / '.join(row[side]['checks'])}", flush=True)
+        results["dataset"].append(row)
+
+
+def dataset_report(results):
+    lines = ["Dataset interface (ncdataset), each beside its reference in the same rounds:", "",
+             "| workload | ncdataset | reference | ratio | target | peak MiB (ncdataset / reference) |",
+             "|" + "---|" * 6]
+    out = []
+    base = results.get("dataset_baseline_kib", 0)
+    for row in results["dataset"]:
+        mine, ref = row["mine"], row["ref"]
+        ratio = mine["median"] / ref["median"]
+        limit = DATASET_TARGETS[row["workload"]]
+        ok = ratio < limit if row["workload"] == "ds_packed" else ratio <= limit
+        word = "faster than" if row["workload"] == "ds_packed" else f"at most {limit}×"
+        lines.append(f"| {row['workload']} ({row['file']}) | {mine['label']}: "
+                     f"{mine['median']:.3f} s {fmt_spread(mine)} | {ref['label']}: "
+                     f"{ref['median']:.3f} s {fmt_spread(ref)} | {ratio:.2f}× | {word}: "
+                     f"{'met' if ok else 'MISSED'} | {mine['maxrss_kib'] / 1024:.0f} / "
+                     f"{ref['maxrss_kib'] / 1024:.0f} |")
+        if mine["checks"] != ref["checks"] and row["workload"] == "ds_packed":
+            out.append(f"CHECK MISMATCH {row['workload']}: {mine['checks']} != {ref['checks']}")
+        if row["workload"] == "ds_packed":
+            stored, result = 2 * PACKED_ELEMENTS, 8 * PACKED_ELEMENTS
+            bound = base + (stored + result) / 1024
+            out.append(f"- ds_packed peak memory at most baseline + stored block + result = "
+                       f"{base / 1024:.0f} + {stored / MIB:.0f} + {result / MIB:.0f} = "
+                       f"{bound / 1024:.0f} MiB: {mine['maxrss_kib'] / 1024:.0f} MiB: "
+                       f"{'met' if mine['maxrss_kib'] <= bound else 'MISSED'}")
+    return "\n".join(lines + [""] + out)
 
 
 def by_key(results):

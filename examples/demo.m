@@ -1,10 +1,56 @@
-## netcdflib demo: the netCDF-C interface from GNU Octave, one operation per call.
+## netcdflib demo: first the dataset interface (ncdataset: variables by name, 1-based
+## subsets, CF decoding), then the netCDF-C interface beneath it, one operation per call.
 ## From the repository: octave-cli --no-gui --no-history examples/demo.m (uses build/octave);
 ## for another build, put the absolute path of its octave/ directory on the path first.
 
+here = fileparts (mfilename ('fullpath'));
 if (exist ('netcdflib') != 3)
-  addpath (fullfile (fileparts (mfilename ('fullpath')), '..', 'build', 'octave'));
+  addpath (fullfile (here, '..', 'build', 'octave'));
 end
+if (isempty (which ('ncdataset')))
+  addpath (fullfile (here, '..', 'octave', 'inst'));
+end
+
+work = tempname ();
+mkdir (work);
+
+## ---- The dataset interface -----------------------------------------------------------
+printf ('== ncdataset: the dataset interface ==\n\n');
+file = fullfile (work, 'sst.nc');
+ds = ncdataset (file, 'c', 'Format', 'netcdf4');
+ds.defineDimension ('lon', 4);
+ds.defineDimension ('lat', 3);
+ds.defineDimension ('time', Inf);
+ds.setAttribute ('', 'title', 'ncdataset demo');
+## Stored as packed shorts: the interface packs on write and unpacks on read.
+ds.defineVariable ('sst', 'int16', {'lon', 'lat', 'time'}, 'Deflate', 4, 'Shuffle', true, ...
+                   'FillValue', int16 (-32767), 'Attributes', ...
+                   {'units', 'K', 'scale_factor', 0.01, 'add_offset', 290});
+sst = 290 + reshape (mod ((1:120) * 37, 500), 4, 3, 10) / 100;
+sst(2, 2, 3) = NaN;                                   # a missing value
+ds.write ('sst', sst);
+disp (ds)                                             # the header, as ncdump -h shows it
+## The first 3 records of the second latitude, every other longitude from the second to
+## the end (count Inf): 1-based, in Octave's order.
+[box, missing] = ds.read ('sst', [2 2 1], [Inf 1 3], [2 1 1]);
+printf ('sst(2:2:end, 2, 1:3), decoded (%s), NaN where missing:\n', class (box));
+disp (squeeze (box));
+printf ('missing elements: %d; largest packing error %.1e K\n', nnz (missing), ...
+        max (abs (ds.read ('sst')(:) - sst(:))));
+raw = ds.read ('sst', [2 2 3], [1 1 1], 'Decode', false);
+printf ('element (2,2,3) as stored: %d %s (the _FillValue)\n', raw, class (raw));
+v = ds.Variables;
+printf ('variable %s: %s %s over {%s}, chunks %s, deflate %d\n', v.Name, v.Datatype, ...
+        mat2str (v.Size), strjoin (v.Dimensions, ', '), mat2str (v.ChunkSize), v.Deflate);
+try
+  ds.read ('salinity');
+catch err
+  printf ('caught %s:\n  %s\n', err.identifier, err.message);
+end
+ds.close ();
+
+## ---- Beneath it: netcdflib, netCDF-C one operation per call -----------------------------
+printf ('\n== netcdflib: the netCDF-C interface beneath ==\n\n');
 p = @(name) netcdflib ('parameter', name);
 
 function name = type_name (xtype)
@@ -28,8 +74,6 @@ end
 printf ('netCDF-C %s, %d named constants\n\n', netcdflib ('inqLibVers'), ...
         numel (netcdflib ('getConstantNames')));
 
-work = tempname ();
-mkdir (work);
 file = fullfile (work, 'demo.nc');
 
 ## A netCDF-4 file: a group, an unlimited dimension, variables of several types.

@@ -26,6 +26,11 @@ done
 for m in octave/inst/*.m; do
   [ -f "$m" ] && cp "$m" "$pkgdir/inst/"
 done
+# Private functions of those files (ncdataset's) keep their place beside them.
+if [ -d octave/inst/private ]; then
+  mkdir -p "$pkgdir/inst/private"
+  cp octave/inst/private/*.m "$pkgdir/inst/private/"
+fi
 
 # Every function the package gives: the compiled ones and the Octave files.
 {

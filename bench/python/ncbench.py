@@ -172,7 +172,51 @@ def read_zarr(url, reps):
     print(f"check {check:.17g}")
 
 
+PACKED_COLUMNS = 16384
+
+
+def prepare_packed(path, elements):
+    """A netCDF-4 file with the int16 variable "p" of ELEMENTS elements, packed with
+    scale_factor and add_offset, every 97th element its _FillValue."""
+    ds = netCDF4.Dataset(path, "w")
+    rows = elements // PACKED_COLUMNS
+    ds.createDimension("row", rows)
+    ds.createDimension("column", PACKED_COLUMNS)
+    var = ds.createVariable("p", "i2", ("row", "column"), fill_value=np.int16(-32767))
+    var.scale_factor = 0.01
+    var.add_offset = 10.0
+    var.set_auto_maskandscale(False)
+    block = 512
+    for first in range(0, rows, block):
+        index = np.arange(first * PACKED_COLUMNS, min(rows, first + block) * PACKED_COLUMNS,
+                          dtype=np.int64)
+        values = (index * 7919 % 60000 - 30000).astype(np.int16)
+        values[index % 97 == 0] = -32767
+        var[first:first + block, :] = values.reshape(-1, PACKED_COLUMNS)
+    ds.close()
+
+
+def read_packed(path, reps):
+    """The decoded read with python3-netcdf4's default masking and scaling."""
+    ds = netCDF4.Dataset(path)
+    var = ds.variables["p"]
+    check = ""
+    for _ in range(reps):
+        t0 = time.perf_counter()
+        data = var[:]
+        report(time.perf_counter() - t0)
+        flat = data.reshape(-1)
+        picks = np.ma.filled(flat[[0, flat.size // 2, -1]].astype(np.float64), np.nan)
+        check = " ".join("NaN" if np.isnan(x) else "%.17g" % x for x in picks)
+        check += " %d" % np.ma.count_masked(flat)
+        del data, flat
+    print(f"check {check}")
+    ds.close()
+
+
 WORKLOADS = {
+    "prepare_packed": prepare_packed,
+    "ds_packed": read_packed,
     "read_whole": read_whole,
     "read_slabs": read_slabs,
     "read_deflate": read_whole,

@@ -28,6 +28,12 @@ octave "pkg load netcdflib;
   assert (netcdflib ('getVarDouble', ncid, varid), [1; 2; 3]);
   netcdflib ('close', ncid);
   assert (! isempty (strfind (help ('netcdflib'), 'getConstantNames')));
+  ds = ncdataset (f);
+  [x, missing] = ds.read ('v', 2, Inf);
+  assert (x, [2; 3]);
+  assert (! isempty (strfind (evalc ('disp (ds)'), 'double v(x) ;')));
+  ds.close ();
+  assert (! isempty (strfind (help ('ncdataset'), 'CF decoding')));
   printf ('pkg load netcdflib: %s, netCDF-C %s\n', which ('netcdflib'), netcdflib ('inqLibVers'));"
 octave "pkg uninstall -local netcdflib" >/dev/null
 octave "assert (isempty (pkg ('list', 'netcdflib'))); assert (exist ('netcdflib') == 0)"

@@ -53,11 +53,33 @@ function err = failure (varargin)
   error ('netcdflib (''%s'', ...) raised no error', varargin{1});
 end
 
+function expect_same (observed, expected, where)
+  % Fails unless OBSERVED has EXPECTED's class, size and values (NaN equal to NaN), also
+  % element by element in cells, which assert compares without their classes; WHERE
+  % names the case in the message.
+  if (nargin < 3)
+    where = 'value';
+  end
+  if (! strcmp (class (observed), class (expected)) || ! isequal (size (observed), size (expected)))
+    error ('%s: %s %s observed, %s %s expected', where, class (observed), ...
+           mat2str (size (observed)), class (expected), mat2str (size (expected)));
+  end
+  if (iscell (expected))
+    for i = 1:numel (expected)
+      expect_same (observed{i}, expected{i}, sprintf ('%s{%d}', where, i));
+    end
+  elseif (! isequaln (observed, expected))
+    error ('%s: observed %s, expected %s', where, strtrim (disp (observed)), ...
+           strtrim (disp (expected)));
+  end
+end
+
 function expect_error (err, id, varargin)
   % Fails unless ERR has the identifier ID and a message that contains every text given.
   assert (err.identifier, id);
   for k = 1:numel (varargin)
-    assert (! isempty (strfind (err.message, varargin{k})), '"%s" missing from: %s', ...
-            varargin{k}, err.message);
+    if (isempty (strfind (err.message, varargin{k})))
+      error ('"%s" missing from the message: %s', varargin{k}, err.message);
+    end
   end
 end
