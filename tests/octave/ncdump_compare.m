@@ -8,20 +8,22 @@ function counts = ncdump_compare (label, urls, printed_urls)
   if (nargin < 3)
     printed_urls = urls;
   end
-  counts = [0 0 0 0];
+  counts = [0 0 0 0 0];
   for k = 1:numel (urls)
     counts += compare_one (urls{k}, printed_urls{k});
   end
   fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s; ' ...
                     '%d pending (enum, opaque), %d not readable here (compound, vlen of ' ...
-                    'compound)\n'], label, numel (urls), counts);
+                    'compound); ncdataset read %d of the variables the same\n'], label, ...
+          numel (urls), counts);
 end
 
 function counts = compare_one (url, printed_url)
   printed = cdl_values (ncdump ('-p', '9,17', printed_url));
-  counts = [0 0 0 0];
+  counts = [0 0 0 0 0];
   seen = {};
   nc = netcdflib ('open', url, 'NC_NOWRITE');
+  ds = ncdataset (url);
   unwind_protect
     groups = {nc};
     while (! isempty (groups))
@@ -43,6 +45,13 @@ function counts = compare_one (url, printed_url)
             assert (isKey (printed, key), '%s: ncdump prints no data of %s', url, key);
             assert (equal_tokens (printed(key), v, fill), '%s: %s differs', url, key);
             counts(1) += 1;
+            if (isempty (path))
+              ## The dataset interface, undecoded, reads the same values.
+              raw = ds.read (name, 'Decode', false);
+              assert (isequaln (raw(:), v(:)) && strcmp (class (raw), class (v)), ...
+                      '%s: ncdataset reads %s differently', url, key);
+              counts(5) += 1;
+            end
             seen{end+1} = key;
           end
         end
@@ -62,6 +71,7 @@ function counts = compare_one (url, printed_url)
       end
     end
   unwind_protect_cleanup
+    ds.close ();
     netcdflib ('close', nc);
   end_unwind_protect
   missing = setdiff (keys (printed), seen);
