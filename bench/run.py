@@ -10,6 +10,10 @@ workload and implementation, several repetitions timed inside the process.
 and, for the bulk reads, (a) into a buffer touched beforehand (the cost of the read
 alone) and into a fresh buffer advised for transparent huge pages (as numpy does).
 
+Two remote workloads: read_dap2 reads every variable of the captured DAP2 responses
+(shared/remote-fixtures) over HTTP from a loopback server, (a) against (b) and (c); read_zarr
+reads a 256 MiB float variable of an uncompressed Zarr store, where (d) is python3-zarr.
+
 Prints the machine, a table of medians, spreads, ratios to (a) and peak memory, and the
 targets met or missed; writes the same figures as JSON next to the build.
 """
@@ -43,7 +47,11 @@ WORKLOADS = [
     ("strided", "small.nc", 2, 10_000, None),
     ("meta", "meta.nc", 2, 0, None),
     ("read_compound", "compound.nc", 2, 0, "compound"),
+    ("read_dap2", "dap2-urls.txt", 3, 0, None),
+    ("read_zarr", "float.zarr", 2, 0, None),
 ]
+# Workloads that run only some implementations.
+REMOTE_IMPLS = {"read_dap2": ["a", "b", "c"], "read_zarr": ["a", "b", "c", "d"]}
 BULK_READS = {"read_whole", "read_slabs", "read_deflate"}
 # The dataset interface (ncdataset) beside what it is measured against, in the same rounds:
 # name, file, repetitions, (label, implementation) for the interface and the reference.
@@ -97,6 +105,29 @@ def warm(path):
     with open(path, "rb", buffering=0) as f:
         while f.read(16 * MIB):
             pass
+
+
+def prepare_remote(data, fixtures):
+    """The Zarr store (written by python3-zarr, no compressor, so netCDF-C can read it) and
+    the list of DAP2 URLs on a loopback server; returns the server process."""
+    # In its own process: memory this one touches would count in every child's peak RSS.
+    subprocess.run(["/usr/bin/python3", os.path.join(HERE, "python", "ncbench.py"),
+                    "prepare_zarr", os.path.join(data, "float.zarr"), "0"], check=True)
+    portfile = os.path.join(data, "dap2.port")
+    server = subprocess.Popen(
+        ["/usr/bin/python3", os.path.join(HERE, "..", "tests", "interop", "dap_server.py"),
+         os.path.join(fixtures, "dap2"), portfile, "3600"],
+        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    for _ in range(200):
+        if os.path.exists(portfile):
+            break
+        time.sleep(0.05)
+    with open(portfile) as f:
+        port = int(f.read().split()[0])
+    names = sorted(n[:-4] for n in os.listdir(os.path.join(fixtures, "dap2")) if n.endswith(".dds"))
+    with open(os.path.join(data, "dap2-urls.txt"), "w") as f:
+        f.writelines(f"http://127.0.0.1:{port}/{name}\n" for name in names)
+    return server
 
 
 def run(cmd, err_file):
@@ -200,6 +231,9 @@ def main():
     parser.add_argument("--impls", default="a,b,c,d,touched,thp")
     parser.add_argument("--tmp", default=None, help="where the files go (default: the build dir)")
     parser.add_argument("--json", default=None, help="where the figures go")
+    parser.add_argument("--fixtures", default=os.path.join(HERE, "..", "..", "shared",
+                                                           "remote-fixtures"),
+                        help="the captured OPeNDAP responses (dap2/ is served over HTTP)")
     args = parser.parse_args()
 
     build = os.path.abspath(args.build)
@@ -215,12 +249,15 @@ def main():
     data = tempfile.mkdtemp(prefix="netcdflib-bench-", dir=args.tmp or build)
     results = {"machine": info, "runs": []}
     started = time.monotonic()
+    server = None
     try:
         t0 = time.monotonic()
         subprocess.run([os.path.join(build, "bin", "ncbench_c"), "prepare", data, str(args.mib)],
                        check=True)
         # Written back now, so that the flushing does not run under the timed work.
         subprocess.run(["sync"], check=True)
+        if not only or only & set(REMOTE_IMPLS):
+            server = prepare_remote(data, os.path.abspath(args.fixtures))
         print(f"prepared the files in {time.monotonic() - t0:.0f} s", flush=True)
         runner = Runner(build, data)
         baseline = runner.measure("c", "baseline", os.path.join(data, "small.nc"), 1)[2]
@@ -231,12 +268,19 @@ def main():
             reps = max(1, round(reps * args.reps))
             path = os.path.join(data, file)
             wanted = [i for i in impls if i in IMPLS or name in BULK_READS]
+            if name in REMOTE_IMPLS:
+                wanted = [i for i in impls if i in REMOTE_IMPLS[name]]
+            if name == "read_zarr":
+                path = f"file://{path}#mode=zarr,file"
             runs = {impl: {"times": [], "first": [], "rss": 0, "checks": set()} for impl in wanted}
             # Rounds through the implementations rather than all repetitions of one after
             # the other: whatever else the machine does for a while then falls on all.
             for _ in range(args.rounds):
                 for impl in wanted:
-                    if not name.startswith("write"):
+                    if name == "read_zarr":
+                        for chunk in os.scandir(os.path.join(data, file, "f")):
+                            warm(chunk.path)
+                    elif not name.startswith("write") and name != "read_dap2":
                         warm(path)
                     # One more repetition than counted: the first pays for what a process
                     # does once (libraries, caches, memory the kernel has not handed out
@@ -260,6 +304,9 @@ def main():
                       f"check {check}", flush=True)
         dataset_rows(runner, data, args, only, results)
     finally:
+        if server is not None:
+            server.terminate()
+            server.wait()
         shutil.rmtree(data, ignore_errors=True)
     info["load_end"] = loadavg()
     info["minutes"] = round((time.monotonic() - started) / 60, 1)
@@ -448,6 +495,21 @@ def targets(table, baseline, sizes):
             out.append(f"- read_compound: (c) peak {c['maxrss_kib'] / 1024:.0f} MiB <= baseline + "
                        f"1.1 × (buffer + result) = {bound / 1024:.0f} MiB: "
                        f"{verdict(c['maxrss_kib'] <= bound)}")
+    dap_a = table.get(("read_dap2", "dap2-urls.txt", "a"))
+    for impl in ("b", "c"):
+        r = table.get(("read_dap2", "dap2-urls.txt", impl))
+        if dap_a and r:
+            ratio = r["median"] / dap_a["median"]
+            out.append(f"- read_dap2: {IMPL_NAMES[impl]} at most 1.05× (a): {ratio:.2f}×: "
+                       f"{verdict(ratio <= 1.05)}{noise(r, dap_a)}")
+    zarr_d = table.get(("read_zarr", "float.zarr", "d"))
+    for impl in ("b", "c"):
+        r = table.get(("read_zarr", "float.zarr", impl))
+        if r and zarr_d:
+            out.append(f"- read_zarr: {IMPL_NAMES[impl]} faster than python3-zarr: "
+                       f"{r['median']:.3f} vs {zarr_d['median']:.3f} s "
+                       f"({r['median'] / zarr_d['median']:.2f}×): "
+                       f"{verdict(r['median'] < zarr_d['median'])}{noise(r, zarr_d)}")
     for name in ("get1", "put1"):
         a, b = table.get((name, "small.nc" if name == "get1" else "small_write.nc", "a")), None
         file = a["file"] if a else None

@@ -74,6 +74,7 @@ NC_ID(unrecognizedFileMode);
 NC_ID(unrecognizedFletcher32Setting);
 NC_ID(unrecognizedOperation);
 NC_ID(unrecognizedVarDatatype);
+NC_ID(zarrCodecNotSupported);
 #undef NC_ID
 }  // namespace QUARNA::imagesci::netcdf
 

@@ -400,6 +400,65 @@ static void scanMetadata(const char* path, int reps) {
   printf("check %.17g\n", chars);
 }
 
+/* Every variable of every dataset listed in a file (one URL a line), each read whole in its
+ * own type with the typed call netcdflib makes for it; all datasets opened anew in each
+ * repetition. The check is the number of elements read. */
+static void readRemote(const char* list, int reps) {
+  char urls[128][512];
+  size_t count = 0;
+  FILE* in = fopen(list, "r");
+  if (in == NULL) {
+    perror(list);
+    exit(2);
+  }
+  while (count < 128 && fscanf(in, "%511s", urls[count]) == 1) ++count;
+  fclose(in);
+  double elements = 0;
+  for (int r = 0; r < reps; ++r) {
+    elements = 0;
+    const double t0 = now();
+    for (size_t u = 0; u < count; ++u) {
+      int ncid, nvars;
+      check(nc_open(urls[u], NC_NOWRITE, &ncid), urls[u]);
+      check(nc_inq_nvars(ncid, &nvars), "nvars");
+      for (int v = 0; v < nvars; ++v) {
+        nc_type type;
+        int ndims, dims[NC_MAX_VAR_DIMS];
+        check(nc_inq_var(ncid, v, NULL, &type, &ndims, dims, NULL), "inq_var");
+        size_t n = 1, size = 0;
+        for (int d = 0; d < ndims; ++d) {
+          size_t length;
+          check(nc_inq_dimlen(ncid, dims[d], &length), "dimlen");
+          n *= length;
+        }
+        check(nc_inq_type(ncid, type, NULL, &size), "inq_type");
+        void* data = allocOrDie(n * size + 1);
+        int status;
+        switch (type) {
+          case NC_BYTE: status = nc_get_var_schar(ncid, v, data); break;
+          case NC_CHAR: status = nc_get_var_text(ncid, v, data); break;
+          case NC_SHORT: status = nc_get_var_short(ncid, v, data); break;
+          case NC_INT: status = nc_get_var_int(ncid, v, data); break;
+          case NC_FLOAT: status = nc_get_var_float(ncid, v, data); break;
+          case NC_DOUBLE: status = nc_get_var_double(ncid, v, data); break;
+          case NC_UBYTE: status = nc_get_var_uchar(ncid, v, data); break;
+          case NC_USHORT: status = nc_get_var_ushort(ncid, v, data); break;
+          case NC_UINT: status = nc_get_var_uint(ncid, v, data); break;
+          case NC_INT64: status = nc_get_var_longlong(ncid, v, data); break;
+          case NC_UINT64: status = nc_get_var_ulonglong(ncid, v, data); break;
+          default: status = nc_get_var(ncid, v, data);
+        }
+        check(status, "get_var");
+        free(data);
+        elements += (double)n;
+      }
+      check(nc_close(ncid), "close");
+    }
+    printf("rep %.6f\n", now() - t0);
+  }
+  printf("check %.17g\n", elements);
+}
+
 int main(int argc, char** argv) {
   if (argc == 4 && strcmp(argv[1], "prepare") == 0) {
     prepare(argv[2], (size_t)atol(argv[3]));
@@ -424,8 +483,10 @@ int main(int argc, char** argv) {
     readWhole(path, reps, kind);
   } else if (strcmp(workload, "read_slabs") == 0) {
     readSlabs(path, reps, kind);
-  } else if (strcmp(workload, "read_deflate") == 0) {
+  } else if (strcmp(workload, "read_deflate") == 0 || strcmp(workload, "read_zarr") == 0) {
     readWhole(path, reps, kind);
+  } else if (strcmp(workload, "read_dap2") == 0) {
+    readRemote(path, reps);
   } else if (strcmp(workload, "write_whole") == 0) {
     writeWhole(path, reps);
   } else if (strcmp(workload, "get1") == 0) {

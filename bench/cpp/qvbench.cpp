@@ -16,6 +16,7 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -95,7 +96,9 @@ class OpenVariable {
 };
 
 const char* bulkVariable(const std::string& path) {
-  return path.find("deflate") != std::string::npos ? "f" : "x";
+  const bool single =
+      path.find("deflate") != std::string::npos || path.find(".zarr") != std::string::npos;
+  return single ? "f" : "x";
 }
 
 void readWhole(const std::string& path, int reps) {
@@ -276,6 +279,43 @@ void scanMetadata(const std::string& path, int reps) {
   std::printf("check %.17g\n", chars);
 }
 
+// Every variable of every dataset listed in the file (one URL a line), each read whole in
+// its own type; all datasets opened anew in each repetition. The check counts elements.
+void readRemote(const std::string& list, int reps) {
+  std::vector<std::string> urls;
+  char url[512];
+  FILE* in = std::fopen(list.c_str(), "r");
+  if (in == nullptr) throw std::runtime_error(list);
+  while (std::fscanf(in, "%511s", url) == 1) urls.emplace_back(url);
+  std::fclose(in);
+  const Operation open("open"), close("close"), inq("inq"), inqVar("inqVar");
+  std::vector<Operation> read;
+  for (const char* type : {"Schar", "Text", "Short", "Int", "Float", "Double", "Uchar", "Ushort",
+                           "Uint", "Int64", "Uint64"}) {
+    read.emplace_back(std::string("getVar") + type);
+  }
+  const qvArrayPtr mode = text("NC_NOWRITE");
+  double count = 0;
+  for (int r = 0; r < reps; ++r) {
+    count = 0;
+    const auto t0 = std::chrono::steady_clock::now();
+    for (const std::string& u : urls) {
+      const qvArrayPtr file = text(u);
+      const qvArrayPtr ncid = std::move(open.call({file.get(), mode.get()})[0]);
+      const int nvars = int(number(inq.call({ncid.get()}, 4)[1]));
+      for (int v = 0; v < nvars; ++v) {
+        const qvArrayPtr varid = doubles({double(v)});
+        const int xtype = int(number(inqVar.call({ncid.get(), varid.get()}, 2)[1]));
+        const auto data = read.at(std::size_t(xtype - 1)).call({ncid.get(), varid.get()});
+        count += double(qvGetNumberOfElements(data[0].get()));
+      }
+      close.call({ncid.get()}, 0);
+    }
+    report(seconds(t0));
+  }
+  std::printf("check %.17g\n", count);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -284,9 +324,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::map<std::string, std::function<void(const std::string&, int)>> workloads{
-      {"read_whole", readWhole},   {"read_slabs", readSlabs}, {"read_deflate", readWhole},
-      {"write_whole", writeWhole}, {"get1", readElements},    {"put1", writeElements},
-      {"strided", readStrided},    {"meta", scanMetadata},   {"read_compound", readCompound}};
+      {"read_whole", readWhole},   {"read_slabs", readSlabs},     {"read_deflate", readWhole},
+      {"read_zarr", readWhole},    {"read_dap2", readRemote},     {"write_whole", writeWhole},
+      {"get1", readElements},      {"put1", writeElements},       {"strided", readStrided},
+      {"meta", scanMetadata},      {"read_compound", readCompound}};
   const auto found = workloads.find(argv[1]);
   if (found == workloads.end()) {
     std::fprintf(stderr, "unknown workload %s\n", argv[1]);

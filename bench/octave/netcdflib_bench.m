@@ -10,8 +10,10 @@ function netcdflib_bench (workload, file, reps)
   switch (workload)
     case "baseline"
       netcdflib ("close", netcdflib ("open", file, "NC_NOWRITE"));
-    case {"read_whole", "read_deflate"}
+    case {"read_whole", "read_deflate", "read_zarr"}
       read_whole (file, reps);
+    case "read_dap2"
+      read_remote (file, reps);
     case "read_slabs"
       read_slabs (file, reps);
     case "write_whole"
@@ -50,7 +52,7 @@ function extents = variable_extents (ncid, varid)
 endfunction
 
 function read_whole (file, reps)
-  single_precision = ! isempty (strfind (file, "deflate"));
+  single_precision = ! isempty (regexp (file, 'deflate|\.zarr', 'once'));
   if (single_precision)
     [ncid, varid] = open_variable (file, "NC_NOWRITE", "f");
     op = "getVarFloat";
@@ -82,6 +84,29 @@ function read_compound (file, reps)
   endfor
   printf ("check %.17g\n", check);
   netcdflib ("close", ncid);
+endfunction
+
+## Every variable of every dataset listed in FILE (one URL a line), each read whole in its
+## own type; all datasets opened anew in each repetition. The check counts the elements.
+function read_remote (file, reps)
+  urls = strsplit (strtrim (fileread (file)));
+  suffix = {"Schar", "Text", "Short", "Int", "Float", "Double", "Uchar", "Ushort", "Uint", ...
+            "Int64", "Uint64"};
+  for r = 1:reps
+    elements = 0;
+    t0 = tic ();
+    for u = 1:numel (urls)
+      ncid = netcdflib ("open", urls{u}, "NC_NOWRITE");
+      [~, nvars] = netcdflib ("inq", ncid);
+      for v = 0:nvars-1
+        [~, xtype] = netcdflib ("inqVar", ncid, v);
+        elements += numel (netcdflib (["getVar" suffix{xtype}], ncid, v));
+      endfor
+      netcdflib ("close", ncid);
+    endfor
+    report (toc (t0));
+  endfor
+  printf ("check %.17g\n", elements);
 endfunction
 
 function read_slabs (file, reps)

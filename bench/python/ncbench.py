@@ -142,6 +142,36 @@ def scan_metadata(path, reps):
     print(f"check {chars:.17g}")
 
 
+ZARR_SHAPE = (4096, 16384)  # 256 MiB of float
+ZARR_CHUNK_ROWS = 512
+
+
+def prepare_zarr(path, _reps):
+    """Writes the store read_zarr reads: no compressor, so that netCDF-C can read it."""
+    import zarr
+    rows, columns = ZARR_SHAPE
+    array = zarr.open_group(path, mode="w").create_dataset(
+        "f", shape=ZARR_SHAPE, chunks=(ZARR_CHUNK_ROWS, columns), dtype="<f4", compressor=None)
+    for start in range(0, rows, ZARR_CHUNK_ROWS):
+        block = np.arange(start * columns, (start + ZARR_CHUNK_ROWS) * columns) % 65521
+        array[start:start + ZARR_CHUNK_ROWS, :] = block.reshape(-1, columns).astype("<f4")
+
+
+def read_zarr(url, reps):
+    """The Zarr store of URL (file:///DIR#mode=...) read whole through python3-zarr."""
+    import zarr
+    array = zarr.open_group(url[len("file://"):].split("#")[0], mode="r")["f"]
+    check = 0.0
+    for _ in range(reps):
+        t0 = time.perf_counter()
+        data = array[...]
+        report(time.perf_counter() - t0)
+        flat = data.reshape(-1)
+        check = float(flat[0]) + float(flat[flat.size // 2]) + float(flat[-1])
+        del data, flat
+    print(f"check {check:.17g}")
+
+
 PACKED_COLUMNS = 16384
 
 
@@ -205,6 +235,8 @@ WORKLOADS = {
     "read_whole": read_whole,
     "read_slabs": read_slabs,
     "read_deflate": read_whole,
+    "read_zarr": read_zarr,
+    "prepare_zarr": prepare_zarr,
     "write_whole": write_whole,
     "get1": read_elements,
     "put1": write_elements,

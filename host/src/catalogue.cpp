@@ -117,6 +117,11 @@ const Catalogue& catalogue() {
       {"QUARNA:imagesci:netcdf:unrecognizedVarDatatype",
        "The netCDF data type {1} is not supported: compound, opaque and enumeration types "
        "cannot be converted."},
+      {"QUARNA:imagesci:netcdf:zarrCodecNotSupported",
+       "The '{1}' operation cannot move the data of variable '{2}': its Zarr store encodes "
+       "it with {3}, which the NetCDF library cannot apply, so the values would be the "
+       "encoded bytes. Store the array without compressor and filters, or use a Zarr "
+       "implementation that has these codecs."},
       // Warnings
       {"QUARNA:imagesci:netcdf:closingFileHandle",
        "The netCDF library is being unloaded: closing all files that are still open."},

@@ -16,6 +16,7 @@
 #include "ops/data/data.hpp"
 #include "ops/data/own_type.hpp"
 #include "ops/data/typed_reads.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 #include "qvhost/text.hpp"
 
 namespace {
@@ -106,6 +107,7 @@ void handlePutAttribute(int, qvArrayPtr*, int, const qvArray* const* inputs,
     case DataKind::String: {
       requireDataClass(data, qvSTRING_CLASS);
       Utf8StringList strings(data);
+      refuseStringsInZarr(ncid, NC_STRING, row);
       checkStatus(nc_put_att_string(ncid, varid, name.c_str(), strings.size(), strings.pointers()),
                   row);
       return;

@@ -9,6 +9,7 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/data/typed_reads.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 #include "qvhost/array.hpp"
 
 namespace {
@@ -49,6 +50,8 @@ std::optional<std::size_t> elementProduct(std::span<const std::size_t> lengths) 
 
 void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const Selection& where,
                       const DimList& dims, qvArrayPtr* plhs, const OperationRow& row) {
+  refuseUndecodableZarr(ncid, varid, row);
+  const Dap4DebugFilter quiet(isDap4(ncid));
   const std::size_t total = elementCount(dims);
   switch (kind) {
     case DataKind::Text: {
@@ -85,6 +88,7 @@ void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const S
 
 void writeVariableData(DataKind kind, int ncid, int varid, const Selection& where,
                        const qvArray* data, const OperationRow& row) {
+  refuseUndecodableZarr(ncid, varid, row);
   switch (kind) {
     case DataKind::Text: {
       requireDataClass(data, qvCHAR_CLASS);

@@ -7,6 +7,7 @@
 #include "gateway/registry.hpp"
 #include "gateway/status.hpp"
 #include "ops/files/files.hpp"
+#include "ops/remote/remote_files.hpp"
 
 void handleClose(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
@@ -18,6 +19,7 @@ void handleClose(int, qvArrayPtr*, int, const qvArray* const* inputs, const Oper
   } else {
     OpenFileRegistry::release(ncid);
   }
+  RemoteFiles::noteClosed(ncid);
   checkStatus(status, row);
 }
 
@@ -31,6 +33,7 @@ void handleAbort(int, qvArrayPtr*, int, const qvArray* const* inputs, const Oper
   // Kept registered when aborting fails, so that unload still closes it.
   checkStatus(nc_abort(ncid), row);
   OpenFileRegistry::remove(ncid);
+  RemoteFiles::noteClosed(ncid);
 }
 
 void handlePEndDef(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {

@@ -16,6 +16,7 @@
 #include "gateway/status.hpp"
 #include "ops/files/file_mode.hpp"
 #include "ops/files/files.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 
 namespace {
 
@@ -76,6 +77,8 @@ int createFile(const std::string& path, int mode, std::size_t initialSize, std::
 
 int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
   if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
+  if (const int refused = ZarrCodecs::statusOfForeignWrite(path, mode)) return refused;
+  const Dap4DebugFilter quiet(asksForDap4(path));
   return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
                               : nc__open(path.c_str(), mode, chunkSize, ncid);
 }
@@ -95,6 +98,7 @@ NETCDFLIB_HANDLER(handleCreate) {
   auto [path, mode, ncid] = fileArguments(inputs);
   checkCreateStatus(createFile(path, mode, 0, nullptr, &ncid), true, row);
   OpenFileRegistry::add(ncid);
+  RemoteFiles::noteOpened(ncid, path);
   plhs[0] = makeDoubleScalar(ncid);
 }
 
@@ -104,6 +108,7 @@ NETCDFLIB_HANDLER(handlePCreate) {
   auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
   checkCreateStatus(createFile(path, mode, initialSize, &chunkSize, &ncid), false, row);
   // Deliberately not registered: unload leaves such files alone.
+  RemoteFiles::noteOpened(ncid, path);
   plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
   plhs[1] = makeDoubleScalar(ncid);
 }
@@ -112,6 +117,7 @@ NETCDFLIB_HANDLER(handleOpen) {
   auto [path, mode, ncid] = fileArguments(inputs);
   checkStatus(openFile(path, mode, nullptr, &ncid), row);
   OpenFileRegistry::add(ncid);
+  RemoteFiles::noteOpened(ncid, path);
   plhs[0] = makeDoubleScalar(ncid);
 }
 
@@ -122,6 +128,7 @@ NETCDFLIB_HANDLER(handlePOpen) {
   // A positive status (a system error number) passes without an error here.
   if (status < 0) checkStatus(status, row);
   OpenFileRegistry::add(ncid);
+  RemoteFiles::noteOpened(ncid, path);
   plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
   plhs[1] = makeDoubleScalar(ncid);
 }

@@ -12,6 +12,7 @@
 #include "gateway/status.hpp"
 #include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/metadata.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 
 namespace {
 // The inquiries refuse files without netCDF-4 storage before asking about the variable.
@@ -79,6 +80,7 @@ void handleDefVarDeflate(int, qvArrayPtr*, int, const qvArray* const* inputs,
   const bool deflate = getLogicalFlag(inputs[3], "deflate flag");
   // Without deflation the level is not looked at, whatever it is.
   const int level = deflate ? getScalar<int>(inputs[4], "deflate level") : 0;
+  refuseFiltersInZarr(ncid, varid, shuffle || deflate, row);
   checkStatus(nc_def_var_deflate(ncid, varid, shuffle ? 1 : 0, deflate ? 1 : 0, level), row);
 }
 
@@ -96,6 +98,7 @@ void handleDefVarFletcher32(int, qvArrayPtr*, int, const qvArray* const* inputs,
                             const OperationRow& row) {
   const auto [ncid, varid] = variableOf(inputs);
   const int setting = getScalar<int>(inputs[2], "checksum setting");
+  refuseFiltersInZarr(ncid, varid, setting != NC_NOCHECKSUM, row);
   checkStatus(nc_def_var_fletcher32(ncid, varid, setting), row);
 }
 

@@ -11,6 +11,7 @@
 #include "gateway/status.hpp"
 #include "ops/metadata/id_list.hpp"
 #include "ops/metadata/metadata.hpp"
+#include "ops/remote/zarr_codecs.hpp"
 
 NETCDFLIB_HANDLER(handleDefVar) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
@@ -18,6 +19,7 @@ NETCDFLIB_HANDLER(handleDefVar) {
   const int xtype = getScalar<int>(inputs[2], "xtype");
   // Host order in, netCDF order out; empty makes a scalar variable.
   const std::vector<int> dimids = getDimensionIdRow(inputs[3], "dimids");
+  refuseStringsInZarr(ncid, xtype, row);
   int varid = -1;
   checkStatus(nc_def_var(ncid, name.c_str(), xtype, static_cast<int>(dimids.size()),
                          dimids.empty() ? nullptr : dimids.data(), &varid),

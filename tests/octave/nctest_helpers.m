@@ -43,6 +43,16 @@ function out = ncdump (varargin)
   assert (status == 0, '%s', out);
 end
 
+function err = failure (varargin)
+  % The error netcdflib (VARARGIN{:}) raises; a call that raises none is an error.
+  try
+    netcdflib (varargin{:});
+  catch err
+    return;
+  end
+  error ('netcdflib (''%s'', ...) raised no error', varargin{1});
+end
+
 function expect_same (observed, expected, where)
   % Fails unless OBSERVED has EXPECTED's class, size and values (NaN equal to NaN), also
   % element by element in cells, which assert compares without their classes; WHERE
