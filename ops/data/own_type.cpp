@@ -16,6 +16,7 @@
 #include "gateway/status.hpp"
 #include "ops/data/own_type.hpp"
 #include "ops/data/subset.hpp"
+#include "ops/remote/remote_files.hpp"
 
 using Kind = TypeNode::Kind;
 
@@ -142,6 +143,7 @@ void readOwnTypeVariable(int ncid, int varid, const qvArray* const* inputs, qvAr
     readVariableData(*kind, ncid, varid, plan.xtype, plan.where, plan.dims, plhs, row);
     return;
   }
+  const Dap4DebugFilter quiet(isDap4(ncid));
   if (movesInPlace(*t)) {
     const Selection& where = plan.where;
     readUserData(ncid, *t, elementCount(plan.dims), plan.dims, plhs[0], [&](void* buffer) {
