@@ -198,6 +198,23 @@ constexpr std::array kOperationTable = {
     OperationRow{133, "sync", 1, handleDefineControl},
     OperationRow{134, "setChunkCache", 3, handleChunkCache},
     OperationRow{135, "getChunkCache", 0, handleChunkCache},
+    OperationRow{210, "defVarFilter", 4, handleFilters},
+    OperationRow{211, "inqVarFilterIds", 2, handleFilters},
+    OperationRow{212, "inqVarFilterInfo", 3, handleFilters},
+    OperationRow{213, "inqFilterAvail", 2, handleFilters},
+    OperationRow{214, "defVarSzip", 4, handleFilters},
+    OperationRow{215, "inqVarSzip", 2, handleFilters},
+    OperationRow{216, "defVarBzip2", 3, handleFilters},
+    OperationRow{217, "inqVarBzip2", 2, handleFilters},
+    OperationRow{218, "defVarZstandard", 3, handleFilters},
+    OperationRow{219, "inqVarZstandard", 2, handleFilters},
+    OperationRow{220, "defVarQuantize", 4, handleValueEncoding},
+    OperationRow{221, "inqVarQuantize", 2, handleValueEncoding},
+    OperationRow{222, "defVarEndian", 3, handleValueEncoding},
+    OperationRow{223, "inqVarEndian", 2, handleValueEncoding},
+    OperationRow{224, "openMem", 3, handleMemoryFiles},
+    OperationRow{225, "createMem", 3, handleMemoryFiles},
+    OperationRow{226, "closeMem", 1, handleMemoryFiles},
 };
 
 }  // namespace

@@ -2,25 +2,48 @@
 
 #include <netcdf.h>
 
-#include <set>
+#include <map>
 
 #include "gateway/errors.hpp"
 #include "qvhost/msgid.hpp"
 
 namespace {
+struct OpenFile {
+  bool inMemory = false;
+  OpenFileRegistry::FileImage image;
+};
 // Lives from load to unload; the host calls QNTerminate before destroying it.
-std::set<int> openFiles;
+std::map<int, OpenFile> openFiles;
 }  // namespace
 
 namespace OpenFileRegistry {
 
-void add(int ncid) { openFiles.insert(ncid); }
+void add(int ncid) { openFiles.try_emplace(ncid); }
+
+void addInMemory(int ncid, FileImage image) {
+  openFiles.insert_or_assign(ncid, OpenFile{true, std::move(image)});
+}
 
 void remove(int ncid) { openFiles.erase(ncid); }
 
 bool contains(int ncid) { return openFiles.contains(ncid); }
 
-std::vector<int> ids() { return {openFiles.begin(), openFiles.end()}; }
+bool isInMemory(int ncid) {
+  const auto it = openFiles.find(ncid);
+  return it != openFiles.end() && it->second.inMemory;
+}
+
+const std::byte* imageOf(int ncid) {
+  const auto it = openFiles.find(ncid);
+  return it != openFiles.end() ? it->second.image.get() : nullptr;
+}
+
+std::vector<int> ids() {
+  std::vector<int> result;
+  result.reserve(openFiles.size());
+  for (const auto& entry : openFiles) result.push_back(entry.first);
+  return result;
+}
 
 void closeAll() noexcept {
   if (openFiles.empty()) {
@@ -31,11 +54,18 @@ void closeAll() noexcept {
   } catch (...) {
     // Unload goes on whatever the host's warning machinery does: the files must close.
   }
-  for (const int ncid : openFiles) {
+  for (auto& [ncid, file] : openFiles) {
     // Nothing to report to at unload, and one failure must not keep the others open. A
     // file netCDF-C refuses to close (netCDF-4 after some failed definitions) is aborted,
     // which still releases it.
-    if (nc_close(ncid) != NC_NOERR) static_cast<void>(nc_abort(ncid));
+    // An id netCDF-C no longer knows (its file was closed through a group id) holds
+    // nothing netCDF-C reads.
+    const int status = nc_close(ncid);
+    if (status == NC_NOERR || status == NC_EBADID || nc_abort(ncid) == NC_NOERR) {
+      file.image.reset();
+    } else {
+      static_cast<void>(file.image.release());
+    }
   }
 }
 

@@ -2,15 +2,28 @@
 // close them.
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace OpenFileRegistry {
+// Bytes netCDF-C reads a file from and never frees (the file was opened from memory
+// the library lent it); they must outlive the file.
+using FileImage = std::unique_ptr<std::byte[]>;
+
 void add(int ncid);
+// A file held in memory; image is the memory it reads from when the library owns it.
+void addInMemory(int ncid, FileImage image = nullptr);
+// Forgets the id and releases its image.
 void remove(int ncid);
 bool contains(int ncid);
+bool isInMemory(int ncid);
+// The image the registry keeps for the id; null when none.
+const std::byte* imageOf(int ncid);
 // Ascending.
 std::vector<int> ids();
 // Warns once when anything is open, then closes every id in ascending order, aborting
-// those that fail to close and ignoring further failures. Ids stay registered.
+// those that fail to close and ignoring further failures. Ids stay registered; the image
+// of a file that neither closes nor aborts is left to netCDF-C, which may still read it.
 void closeAll() noexcept;
 }  // namespace OpenFileRegistry

@@ -11,3 +11,5 @@ NETCDFLIB_HANDLER(handleDefineControl);
 NETCDFLIB_HANDLER(handleFileSettings);
 // "getChunkCache", "setChunkCache".
 NETCDFLIB_HANDLER(handleChunkCache);
+// "openMem", "createMem", "closeMem".
+NETCDFLIB_HANDLER(handleMemoryFiles);

@@ -16,6 +16,7 @@
 #include "gateway/status.hpp"
 #include "ops/files/file_mode.hpp"
 #include "ops/files/files.hpp"
+#include "ops/files/open_guards.hpp"
 
 namespace {
 enum OpId { kPCreate = 3, kCreate = 4, kPOpen = 84, kOpen = 85 };
@@ -31,6 +32,22 @@ void checkCreateStatus(int status, bool overwriteHasOwnError, const OperationRow
   }
   checkStatus(status, row);
 }
+
+int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
+               int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
+  // Under "noclobber" netCDF-C itself answers that the file exists.
+  if ((mode & NC_NOCLOBBER) == 0 && isOpenHere(path)) return EACCES;
+  return chunkSize == nullptr ? nc_create(path.c_str(), mode, ncid)
+                              : nc__create(path.c_str(), mode, initialSize, chunkSize, ncid);
+}
+
+int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
+  return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
+                              : nc__open(path.c_str(), mode, chunkSize, ncid);
+}
+}  // namespace
 
 // netCDF-C 4.9.0 crashes on two modes instead of failing: creating a file in a
 // user-defined format (NC_UDF0, NC_UDF1) that nobody registered dereferences a null
@@ -65,22 +82,6 @@ bool isOpenHere(const std::string& path) {
   }
   return false;
 }
-
-int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
-               int* ncid) {
-  if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
-  // Under "noclobber" netCDF-C itself answers that the file exists.
-  if ((mode & NC_NOCLOBBER) == 0 && isOpenHere(path)) return EACCES;
-  return chunkSize == nullptr ? nc_create(path.c_str(), mode, ncid)
-                              : nc__create(path.c_str(), mode, initialSize, chunkSize, ncid);
-}
-
-int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
-  if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
-  return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
-                              : nc__open(path.c_str(), mode, chunkSize, ncid);
-}
-}  // namespace
 
 void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
                       const OperationRow& row) {

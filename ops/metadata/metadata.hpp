@@ -17,3 +17,8 @@ NETCDFLIB_HANDLER(handleUserTypes);
 NETCDFLIB_HANDLER(handleStorage);
 // "defVarFill", "inqVarFill".
 NETCDFLIB_HANDLER(handleFillValues);
+// "defVarFilter", "inqVarFilterIds", "inqVarFilterInfo", "inqFilterAvail", and szip,
+// bzip2 and Zstandard settings.
+NETCDFLIB_HANDLER(handleFilters);
+// "defVarQuantize", "inqVarQuantize", "defVarEndian", "inqVarEndian".
+NETCDFLIB_HANDLER(handleValueEncoding);

@@ -10,6 +10,7 @@
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/metadata/filter_guards.hpp"
 #include "ops/metadata/metadata.hpp"
 
 namespace {
@@ -43,6 +44,7 @@ void defineChunking(int ncid, int varid, const qvArray* const* inputs, const Ope
   } else if (storage != NC_CONTIGUOUS) {
     qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedChunkStorage());
   }
+  if (storage == NC_CHUNKED) checkStatus(statusOfChunkingUnderSzip(ncid, varid, chunks), row);
   checkStatus(nc_def_var_chunking(ncid, varid, storage, chunks.empty() ? nullptr : chunks.data()),
               row);
 }

@@ -1,0 +1,109 @@
+// Files held in memory: opened from bytes the caller gives, created without a disk file,
+// and closed into bytes the caller gets back.
+#include <netcdf.h>
+#include <netcdf_mem.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "convert/filter_args.hpp"
+#include "convert/outputs.hpp"
+#include "convert/scalars.hpp"
+#include "convert/text.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/registry.hpp"
+#include "gateway/status.hpp"
+#include "ops/files/file_mode.hpp"
+#include "ops/files/files.hpp"
+#include "ops/files/open_guards.hpp"
+
+namespace {
+enum OpId { kOpenMem = 224, kCreateMem = 225, kCloseMem = 226 };
+
+struct FreeDeleter {
+  void operator()(void* p) const noexcept { std::free(p); }
+};
+// Memory netCDF-C allocated or may reallocate and free.
+using MallocBlock = std::unique_ptr<void, FreeDeleter>;
+
+// Read-only files read the caller's bytes from one copy the registry keeps (netCDF-C
+// neither copies nor frees locked memory). Writable files need memory netCDF-C may grow:
+// it takes over one malloc'd copy, but frees it only if the open succeeds.
+int openFromBytes(const std::string& path, int mode, std::span<const std::byte> bytes, int* ncid) {
+  if ((mode & NC_WRITE) == 0) {
+    OpenFileRegistry::FileImage image(new std::byte[bytes.size()]);
+    if (!bytes.empty()) std::memcpy(image.get(), bytes.data(), bytes.size());
+    const int status = nc_open_mem(path.c_str(), mode, bytes.size(), image.get(), ncid);
+    if (status == NC_NOERR) OpenFileRegistry::addInMemory(*ncid, std::move(image));
+    return status;
+  }
+  MallocBlock block(std::malloc(bytes.size()));
+  if (block == nullptr && !bytes.empty()) return NC_ENOMEM;
+  if (!bytes.empty()) std::memcpy(block.get(), bytes.data(), bytes.size());
+  NC_memio memio{bytes.size(), block.get(), 0};
+  const int status = nc_open_memio(path.c_str(), mode, &memio, ncid);
+  if (status != NC_NOERR) return status;
+  static_cast<void>(block.release());
+  OpenFileRegistry::addInMemory(*ncid);
+  return NC_NOERR;
+}
+
+int createInMemory(const std::string& path, int mode, std::size_t initialSize, int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
+  // NC_PERSIST writes the file at close, over whatever is at path.
+  if ((mode & NC_PERSIST) != 0 && (mode & NC_NOCLOBBER) == 0 && isOpenHere(path)) return EACCES;
+  const int status = nc_create_mem(path.c_str(), mode, initialSize, ncid);
+  if (status == NC_NOERR) OpenFileRegistry::addInMemory(*ncid);
+  return status;
+}
+
+// The bytes of a file this library holds in memory; the id is forgotten once closed.
+qvArrayPtr closeIntoBytes(int ncid, const OperationRow& row) {
+  if (!OpenFileRegistry::isInMemory(ncid)) {
+    // nc_close_memio closes a disk file too and answers success with no bytes at all.
+    int format = 0;
+    checkStatus(nc_inq_format(ncid, &format), row);
+    checkStatus(NC_EINMEMORY, row);
+  }
+  NC_memio memio{0, nullptr, 0};
+  // Kept registered when closing fails: unload tries again, and a locked image must
+  // outlive the file.
+  checkStatus(nc_close_memio(ncid, &memio), row);
+  // Memory netCDF-C allocated is the caller's now; the registry's own image comes back
+  // as it was lent (its flags are not reliable: classic files drop NC_MEMIO_LOCKED) and
+  // is released with the id.
+  MallocBlock allocated;
+  if (memio.memory != OpenFileRegistry::imageOf(ncid)) allocated.reset(memio.memory);
+  qvArrayPtr bytes = makeByteColumn({static_cast<const std::byte*>(memio.memory), memio.size});
+  OpenFileRegistry::remove(ncid);
+  return bytes;
+}
+}  // namespace
+
+void handleMemoryFiles(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                       const OperationRow& row) {
+  if (row.opId == kCloseMem) {
+    plhs[0] = closeIntoBytes(getScalar<int>(inputs[0], "ncid"), row);
+    return;
+  }
+  const std::string path = getFileName(inputs[0], "file");
+  const int mode = getFileMode(inputs[1]);
+  int ncid = -1;
+  switch (row.opId) {
+    case kOpenMem:
+      checkStatus(openFromBytes(path, mode, getBytes(inputs[2], "bytes"), &ncid), row);
+      break;
+    case kCreateMem: {
+      const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
+      checkStatus(createInMemory(path, mode, initialSize, &ncid), row);
+      break;
+    }
+    default:
+      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  }
+  plhs[0] = makeDoubleScalar(ncid);
+}

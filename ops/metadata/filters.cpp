@@ -1,0 +1,186 @@
+// Compression filters of netCDF-4 variables: any HDF5 filter by id, and szip, bzip2 and
+// Zstandard through netCDF-C's own calls.
+#include <netcdf.h>
+#include <netcdf_filter.h>
+
+#include <functional>
+#include <numeric>
+#include <vector>
+
+#include "convert/filter_args.hpp"
+#include "convert/outputs.hpp"
+#include "convert/scalars.hpp"
+#include "gateway/errors.hpp"
+#include "gateway/status.hpp"
+#include "ops/metadata/filter_guards.hpp"
+#include "ops/metadata/metadata.hpp"
+
+namespace {
+enum OpId {
+  kDefVarFilter = 210,
+  kInqVarFilterIds = 211,
+  kInqVarFilterInfo = 212,
+  kInqFilterAvail = 213,
+  kDefVarSzip = 214,
+  kInqVarSzip = 215,
+  kDefVarBzip2 = 216,
+  kInqVarBzip2 = 217,
+  kDefVarZstandard = 218,
+  kInqVarZstandard = 219
+};
+
+bool isNetcdf4(int ncid) {
+  int format = 0;
+  return nc_inq_format(ncid, &format) == NC_NOERR &&
+         (format == NC_FORMAT_NETCDF4 || format == NC_FORMAT_NETCDF4_CLASSIC);
+}
+
+// The parameters of a filter the variable uses; NC_ENOFILTER when it has none of that id.
+int filterParams(int ncid, int varid, unsigned id, std::vector<unsigned>& params) {
+  std::size_t n = 0;
+  if (const int status = nc_inq_var_filter_info(ncid, varid, id, &n, nullptr)) return status;
+  params.assign(n, 0);
+  return nc_inq_var_filter_info(ncid, varid, id, &n, params.data());
+}
+
+std::size_t elementsOf(std::span<const std::size_t> chunks) {
+  return std::accumulate(chunks.begin(), chunks.end(), std::size_t{1}, std::multiplies<>());
+}
+
+// Pixels per block must be even, 2 to 32, and no more than a chunk holds. netCDF-C checks
+// this only when szip is first defined: redefined, it lets 0 through (HDF5 then divides
+// by zero) and odd or too large values (the file then neither closes nor aborts).
+int statusOfPixelsPerBlock(int ncid, int varid, unsigned pixelsPerBlock) {
+  if (pixelsPerBlock < 2 || pixelsPerBlock > NC_MAX_PIXELS_PER_BLOCK || pixelsPerBlock % 2 != 0) {
+    return NC_EINVAL;
+  }
+  int ndims = 0, storage = 0;
+  if (nc_inq_varndims(ncid, varid, &ndims) != NC_NOERR) return NC_NOERR;
+  std::vector<std::size_t> chunks(static_cast<std::size_t>(ndims));
+  if (nc_inq_var_chunking(ncid, varid, &storage, chunks.data()) != NC_NOERR ||
+      storage != NC_CHUNKED || chunks.empty()) {
+    return NC_NOERR;
+  }
+  return elementsOf(chunks) < pixelsPerBlock ? NC_EINVAL : NC_NOERR;
+}
+
+void defineFilter(int ncid, int varid, unsigned id, const std::vector<unsigned>& params,
+                  const OperationRow& row) {
+  checkStatus(statusOfFilter(ncid, varid, id, params), row);
+  checkStatus(nc_def_var_filter(ncid, varid, id, params.size(), params.data()), row);
+}
+
+// netCDF-C 4.9.0 built without Zstandard (as Debian builds it) answers nc_def_var_zstandard
+// and nc_inq_var_zstandard with success and does nothing: neither reaches a caller as done.
+void defineZstandard(int ncid, int varid, int level, const OperationRow& row) {
+  checkStatus(nc_inq_filter_avail(ncid, H5Z_FILTER_ZSTD), row);
+  checkStatus(nc_def_var_zstandard(ncid, varid, level), row);
+  std::vector<unsigned> params;
+  const bool applied = filterParams(ncid, varid, H5Z_FILTER_ZSTD, params) == NC_NOERR &&
+                       !params.empty() && static_cast<int>(params[0]) == level;
+  if (!applied) checkStatus(NC_ENOFILTER, row);
+}
+
+void inquireZstandard(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row) {
+  constexpr int kUnset = -1;
+  int hasFilter = kUnset, level = 0;
+  checkStatus(nc_inq_var_zstandard(ncid, varid, &hasFilter, &level), row);
+  if (hasFilter == kUnset) checkStatus(NC_ENOFILTER, row);
+  plhs[0] = makeLogicalScalar(hasFilter != 0);
+  plhs[1] = makeDoubleScalar(hasFilter != 0 ? level : 0);
+}
+}  // namespace
+
+int statusOfFilter(int ncid, int varid, unsigned id, std::span<const unsigned> params) {
+  if (!isNetcdf4(ncid)) return NC_NOERR;  // netCDF-C refuses these itself
+  switch (id) {
+    case H5Z_FILTER_SZIP:
+      return params.size() != 2 ? NC_EFILTER : statusOfPixelsPerBlock(ncid, varid, params[1]);
+    // The bzip2 plugin refuses other levels only when it compresses, at close, and the file
+    // then neither closes nor aborts.
+    case H5Z_FILTER_BZIP2:
+      return !params.empty() && (params[0] < 1 || params[0] > 9) ? NC_EINVAL : NC_NOERR;
+    // Debian's Blosc plugin fails on any chunk it cannot shrink, with the same result;
+    // netCDF-C itself is built without Blosc. Files using it can still be read.
+    case H5Z_FILTER_BLOSC:
+      return NC_ENOFILTER;
+    default:
+      return NC_NOERR;
+  }
+}
+
+int statusOfChunkingUnderSzip(int ncid, int varid, std::span<const std::size_t> chunks) {
+  std::vector<unsigned> params;
+  if (!isNetcdf4(ncid) || filterParams(ncid, varid, H5Z_FILTER_SZIP, params) != NC_NOERR ||
+      params.size() < 2 || chunks.empty()) {
+    return NC_NOERR;
+  }
+  return elementsOf(chunks) < params[1] ? NC_EINVAL : NC_NOERR;
+}
+
+void handleFilters(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                   const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  if (row.opId == kInqFilterAvail) {
+    const int status = nc_inq_filter_avail(ncid, getUnsigned32(inputs[1], "filterID"));
+    if (status != NC_ENOFILTER) checkStatus(status, row);
+    plhs[0] = makeLogicalScalar(status == NC_NOERR);
+    return;
+  }
+  const int varid = getScalar<int>(inputs[1], "varid");
+  switch (row.opId) {
+    case kDefVarFilter: {
+      const unsigned id = getUnsigned32(inputs[2], "filterID");
+      defineFilter(ncid, varid, id, getUnsigned32Row(inputs[3], "params"), row);
+      return;
+    }
+    case kInqVarFilterIds: {
+      std::size_t n = 0;
+      checkStatus(nc_inq_var_filter_ids(ncid, varid, &n, nullptr), row);
+      std::vector<unsigned> ids(n);
+      checkStatus(nc_inq_var_filter_ids(ncid, varid, &n, ids.data()), row);
+      plhs[0] = makeUnsigned32Row(ids);
+      return;
+    }
+    case kInqVarFilterInfo: {
+      std::vector<unsigned> params;
+      checkStatus(filterParams(ncid, varid, getUnsigned32(inputs[2], "filterID"), params), row);
+      plhs[0] = makeUnsigned32Row(params);
+      return;
+    }
+    case kDefVarSzip: {
+      const int mask = getScalar<int>(inputs[2], "optionsMask");
+      const int pixelsPerBlock = getScalar<int>(inputs[3], "pixelsPerBlock");
+      const std::vector<unsigned> params{static_cast<unsigned>(mask),
+                                         static_cast<unsigned>(pixelsPerBlock)};
+      checkStatus(statusOfFilter(ncid, varid, H5Z_FILTER_SZIP, params), row);
+      checkStatus(nc_def_var_szip(ncid, varid, mask, pixelsPerBlock), row);
+      return;
+    }
+    case kInqVarSzip: {
+      int mask = 0, pixelsPerBlock = 0;
+      checkStatus(nc_inq_var_szip(ncid, varid, &mask, &pixelsPerBlock), row);
+      plhs[0] = makeDoubleScalar(mask);
+      plhs[1] = makeDoubleScalar(pixelsPerBlock);
+      return;
+    }
+    case kDefVarBzip2:
+      checkStatus(nc_def_var_bzip2(ncid, varid, getScalar<int>(inputs[2], "level")), row);
+      return;
+    case kInqVarBzip2: {
+      int hasFilter = 0, level = 0;
+      checkStatus(nc_inq_var_bzip2(ncid, varid, &hasFilter, &level), row);
+      plhs[0] = makeLogicalScalar(hasFilter != 0);
+      plhs[1] = makeDoubleScalar(hasFilter != 0 ? level : 0);
+      return;
+    }
+    case kDefVarZstandard:
+      defineZstandard(ncid, varid, getScalar<int>(inputs[2], "level"), row);
+      return;
+    case kInqVarZstandard:
+      inquireZstandard(ncid, varid, plhs, row);
+      return;
+    default:
+      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  }
+}
