@@ -3,16 +3,21 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
 namespace OpenFileRegistry {
-// Bytes netCDF-C reads a file from and never frees (the file was opened from memory
-// the library lent it); they must outlive the file.
-using FileImage = std::unique_ptr<std::byte[]>;
+// The bytes of a file held in memory, malloc'd: netCDF-C frees and reallocates the images
+// it is given to own, and hands back images it allocated.
+struct FreeImage {
+  void operator()(std::byte* p) const noexcept { std::free(p); }
+};
+using FileImage = std::unique_ptr<std::byte, FreeImage>;
 
 void add(int ncid);
-// A file held in memory; image is the memory it reads from when the library owns it.
+// A file held in memory; image is the memory it reads from when the library keeps it
+// (netCDF-C neither frees nor copies such locked memory), so it must outlive the file.
 void addInMemory(int ncid, FileImage image = nullptr);
 // Forgets the id and releases its image.
 void remove(int ncid);

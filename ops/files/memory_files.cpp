@@ -3,10 +3,12 @@
 #include <netcdf.h>
 #include <netcdf_mem.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <span>
 #include <string>
 
@@ -24,30 +26,32 @@
 namespace {
 enum OpId { kOpenMem = 224, kCreateMem = 225, kCloseMem = 226 };
 
-struct FreeDeleter {
-  void operator()(void* p) const noexcept { std::free(p); }
-};
-// Memory netCDF-C allocated or may reallocate and free.
-using MallocBlock = std::unique_ptr<void, FreeDeleter>;
+using OpenFileRegistry::FileImage;
 
-// Read-only files read the caller's bytes from one copy the registry keeps (netCDF-C
-// neither copies nor frees locked memory). Writable files need memory netCDF-C may grow:
-// it takes over one malloc'd copy, but frees it only if the open succeeds.
+FileImage copyOf(std::span<const std::byte> bytes) {
+  // Never null, so that netCDF-C judges an empty image by its size.
+  FileImage image(static_cast<std::byte*>(std::malloc(std::max<std::size_t>(bytes.size(), 1))));
+  if (image == nullptr) throw std::bad_alloc();
+  if (!bytes.empty()) std::memcpy(image.get(), bytes.data(), bytes.size());
+  return image;
+}
+
+// The caller's bytes are copied once. A read-only file reads that copy in place, locked,
+// and the registry keeps it until the file closes. netCDF-C refuses (with a system error)
+// to read a classic file shorter than the first block it reads from locked memory, and a
+// writable file needs memory it can grow: then netCDF-C takes the copy over, and frees it
+// only when the open succeeds.
 int openFromBytes(const std::string& path, int mode, std::span<const std::byte> bytes, int* ncid) {
+  FileImage image = copyOf(bytes);
   if ((mode & NC_WRITE) == 0) {
-    OpenFileRegistry::FileImage image(new std::byte[bytes.size()]);
-    if (!bytes.empty()) std::memcpy(image.get(), bytes.data(), bytes.size());
     const int status = nc_open_mem(path.c_str(), mode, bytes.size(), image.get(), ncid);
     if (status == NC_NOERR) OpenFileRegistry::addInMemory(*ncid, std::move(image));
-    return status;
+    if (status <= 0) return status;
   }
-  MallocBlock block(std::malloc(bytes.size()));
-  if (block == nullptr && !bytes.empty()) return NC_ENOMEM;
-  if (!bytes.empty()) std::memcpy(block.get(), bytes.data(), bytes.size());
-  NC_memio memio{bytes.size(), block.get(), 0};
+  NC_memio memio{bytes.size(), image.get(), 0};
   const int status = nc_open_memio(path.c_str(), mode, &memio, ncid);
   if (status != NC_NOERR) return status;
-  static_cast<void>(block.release());
+  static_cast<void>(image.release());
   OpenFileRegistry::addInMemory(*ncid);
   return NC_NOERR;
 }
@@ -76,8 +80,10 @@ qvArrayPtr closeIntoBytes(int ncid, const OperationRow& row) {
   // Memory netCDF-C allocated is the caller's now; the registry's own image comes back
   // as it was lent (its flags are not reliable: classic files drop NC_MEMIO_LOCKED) and
   // is released with the id.
-  MallocBlock allocated;
-  if (memio.memory != OpenFileRegistry::imageOf(ncid)) allocated.reset(memio.memory);
+  FileImage allocated;
+  if (memio.memory != OpenFileRegistry::imageOf(ncid)) {
+    allocated.reset(static_cast<std::byte*>(memio.memory));
+  }
   qvArrayPtr bytes = makeByteColumn({static_cast<const std::byte*>(memio.memory), memio.size});
   OpenFileRegistry::remove(ncid);
   return bytes;

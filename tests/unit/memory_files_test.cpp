@@ -92,6 +92,20 @@ TEST_P(MemoryFiles, WritableAndCreatedFilesCloseIntoBytesOthersRead) {
 
 INSTANTIATE_TEST_SUITE_P(Formats, MemoryFiles, ::testing::Values("clobber", "netcdf4"));
 
+// netCDF-C reads a first block of a classic file that a header-only file is shorter than,
+// which locked memory cannot supply.
+TEST(MemoryFileShortClassic, HeaderOnlyFileOpensReadOnly) {
+  test::ScratchDir dir;
+  const qvArrayPtr disk = call1("create", {dir.file("short.nc"), "clobber"});
+  call("defDim", {disk, "q", 6});
+  call("close", {disk});
+  const Bytes bytes = readFile(dir.file("short.nc"));
+  ASSERT_LT(bytes.size(), 100u);
+  const qvArrayPtr id = call1("openMem", {"short.nc", "nowrite", byteArray(bytes)});
+  EXPECT_EQ(6, number(call("inqDim", {id, 0})[1]));
+  EXPECT_EQ(bytes, valuesOf<std::uint8_t>(call1("closeMem", {id})));
+}
+
 TEST(MemoryFileErrors, RefusedBytesModesAndIds) {
   const Bytes garbage(200, 'x');
   for (const char* mode : {"nowrite", "write"}) {
