@@ -95,7 +95,7 @@ class OpenVariable {
 };
 
 const char* bulkVariable(const std::string& path) {
-  return path.find("deflate") != std::string::npos ? "f" : "x";
+  return path.find("/big") != std::string::npos ? "x" : "f";
 }
 
 void readWhole(const std::string& path, int reps) {
@@ -266,6 +266,7 @@ int main(int argc, char** argv) {
   }
   const std::map<std::string, std::function<void(const std::string&, int)>> workloads{
       {"read_whole", readWhole},   {"read_slabs", readSlabs}, {"read_deflate", readWhole},
+      {"read_bzip2", readWhole},   {"read_quantize", readWhole},
       {"write_whole", writeWhole}, {"get1", readElements},    {"put1", writeElements},
       {"strided", readStrided},    {"meta", scanMetadata}};
   const auto found = workloads.find(argv[1]);

@@ -94,8 +94,16 @@ void inquireZstandard(int ncid, int varid, qvArrayPtr* plhs, const OperationRow&
 int statusOfFilter(int ncid, int varid, unsigned id, std::span<const unsigned> params) {
   if (!isNetcdf4(ncid)) return NC_NOERR;  // netCDF-C refuses these itself
   switch (id) {
-    case H5Z_FILTER_SZIP:
-      return params.size() != 2 ? NC_EFILTER : statusOfPixelsPerBlock(ncid, varid, params[1]);
+    // HDF5 cannot szip characters and fails only when the variable is created, leaving a
+    // file that neither closes nor aborts; netCDF-C refuses strings the same way.
+    case H5Z_FILTER_SZIP: {
+      nc_type type = NC_NAT;
+      if (params.size() != 2 ||
+          (nc_inq_vartype(ncid, varid, &type) == NC_NOERR && type == NC_CHAR)) {
+        return NC_EFILTER;
+      }
+      return statusOfPixelsPerBlock(ncid, varid, params[1]);
+    }
     // The bzip2 plugin refuses other levels only when it compresses, at close, and the file
     // then neither closes nor aborts.
     case H5Z_FILTER_BZIP2:

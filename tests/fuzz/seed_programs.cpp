@@ -162,6 +162,7 @@ void addAttributeSeeds(std::map<std::string, fuzz::Program>& out) {
 }  // namespace
 
 void addFileSeeds(std::map<std::string, fuzz::Program>& out);
+void addCompressionSeeds(std::map<std::string, fuzz::Program>& out);
 
 const std::map<std::string, fuzz::Program>& programs() {
   static const std::map<std::string, fuzz::Program> all = [] {
@@ -170,6 +171,7 @@ const std::map<std::string, fuzz::Program>& programs() {
     addWholeWriteSeeds(out);
     addAttributeSeeds(out);
     addFileSeeds(out);
+    addCompressionSeeds(out);
     return out;
   }();
   return all;

@@ -175,6 +175,9 @@ TEST_F(FilterFile, MishandledSettingsAreRefusedAndTheFileStillCloses) {
   EXPECT_EQ("NC_EINVAL", statusOf([&] { call("defVarEndian", {id_, var_, 5}); }));
   EXPECT_EQ("NC_EINVAL", statusOf([&] { call("defVarFilter", {id_, var_, 307, 99}); }));
   EXPECT_EQ("-132", statusOf([&] { call("defVarFilter", {id_, var_, 4, 32}); }));
+  const double text =
+      number(call1("defVar", {id_, "text", NC_CHAR, call1("inqDimID", {id_, "x"})}));
+  EXPECT_EQ("-132", statusOf([&] { call("defVarSzip", {id_, text, NC_SZIP_NN, 8}); }));
   call("defVarSzip", {id_, var_, NC_SZIP_NN, 32});
   for (const int pixels : {0, 7, 64, -2}) {
     EXPECT_EQ("NC_EINVAL", statusOf([&] {
