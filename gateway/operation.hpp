@@ -19,10 +19,11 @@ struct OperationRow {
   OperationHandler handler;
 };
 
-// Declares a handler: NETCDFLIB_HANDLER(handleSomething);
-#define NETCDFLIB_HANDLER(name)                                                    \
-  void name(int nlhs, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs, \
-            const OperationRow& row)
+// Declares or defines a handler: NETCDFLIB_HANDLER(handleSomething) { ... }
+#define NETCDFLIB_HANDLER(name)                                                          \
+  void name([[maybe_unused]] int nlhs, [[maybe_unused]] qvArrayPtr* plhs,                \
+            [[maybe_unused]] int nInputs, [[maybe_unused]] const qvArray* const* inputs, \
+            [[maybe_unused]] const OperationRow& row)
 
 // The library's table, in lookup order.
 std::span<const OperationRow> operationTable() noexcept;

@@ -11,5 +11,7 @@ NETCDFLIB_HANDLER(handleDefineControl);
 NETCDFLIB_HANDLER(handleFileSettings);
 // "getChunkCache", "setChunkCache".
 NETCDFLIB_HANDLER(handleChunkCache);
-// "openMem", "createMem", "closeMem".
-NETCDFLIB_HANDLER(handleMemoryFiles);
+// Files held in memory.
+NETCDFLIB_HANDLER(handleOpenMem);
+NETCDFLIB_HANDLER(handleCreateMem);
+NETCDFLIB_HANDLER(handleCloseMem);

@@ -16,7 +16,6 @@
 #include "convert/outputs.hpp"
 #include "convert/scalars.hpp"
 #include "convert/text.hpp"
-#include "gateway/errors.hpp"
 #include "gateway/registry.hpp"
 #include "gateway/status.hpp"
 #include "ops/files/file_mode.hpp"
@@ -24,8 +23,6 @@
 #include "ops/files/open_guards.hpp"
 
 namespace {
-enum OpId { kOpenMem = 224, kCreateMem = 225, kCloseMem = 226 };
-
 using OpenFileRegistry::FileImage;
 
 FileImage copyOf(std::span<const std::byte> bytes) {
@@ -90,26 +87,23 @@ qvArrayPtr closeIntoBytes(int ncid, const OperationRow& row) {
 }
 }  // namespace
 
-void handleMemoryFiles(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                       const OperationRow& row) {
-  if (row.opId == kCloseMem) {
-    plhs[0] = closeIntoBytes(getScalar<int>(inputs[0], "ncid"), row);
-    return;
-  }
+NETCDFLIB_HANDLER(handleOpenMem) {
   const std::string path = getFileName(inputs[0], "file");
   const int mode = getFileMode(inputs[1]);
   int ncid = -1;
-  switch (row.opId) {
-    case kOpenMem:
-      checkStatus(openFromBytes(path, mode, getBytes(inputs[2], "bytes"), &ncid), row);
-      break;
-    case kCreateMem: {
-      const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
-      checkStatus(createInMemory(path, mode, initialSize, &ncid), row);
-      break;
-    }
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+  checkStatus(openFromBytes(path, mode, getBytes(inputs[2], "bytes"), &ncid), row);
   plhs[0] = makeDoubleScalar(ncid);
+}
+
+NETCDFLIB_HANDLER(handleCreateMem) {
+  const std::string path = getFileName(inputs[0], "file");
+  const int mode = getFileMode(inputs[1]);
+  const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
+  int ncid = -1;
+  checkStatus(createInMemory(path, mode, initialSize, &ncid), row);
+  plhs[0] = makeDoubleScalar(ncid);
+}
+
+NETCDFLIB_HANDLER(handleCloseMem) {
+  plhs[0] = closeIntoBytes(getScalar<int>(inputs[0], "ncid"), row);
 }

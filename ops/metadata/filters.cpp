@@ -14,21 +14,9 @@
 #include "gateway/status.hpp"
 #include "ops/metadata/filter_guards.hpp"
 #include "ops/metadata/metadata.hpp"
+#include "ops/metadata/variable_ref.hpp"
 
 namespace {
-enum OpId {
-  kDefVarFilter = 210,
-  kInqVarFilterIds = 211,
-  kInqVarFilterInfo = 212,
-  kInqFilterAvail = 213,
-  kDefVarSzip = 214,
-  kInqVarSzip = 215,
-  kDefVarBzip2 = 216,
-  kInqVarBzip2 = 217,
-  kDefVarZstandard = 218,
-  kInqVarZstandard = 219
-};
-
 bool isNetcdf4(int ncid) {
   int format = 0;
   return nc_inq_format(ncid, &format) == NC_NOERR &&
@@ -64,31 +52,6 @@ int statusOfPixelsPerBlock(int ncid, int varid, unsigned pixelsPerBlock) {
   return elementsOf(chunks) < pixelsPerBlock ? NC_EINVAL : NC_NOERR;
 }
 
-void defineFilter(int ncid, int varid, unsigned id, const std::vector<unsigned>& params,
-                  const OperationRow& row) {
-  checkStatus(statusOfFilter(ncid, varid, id, params), row);
-  checkStatus(nc_def_var_filter(ncid, varid, id, params.size(), params.data()), row);
-}
-
-// netCDF-C 4.9.0 built without Zstandard (as Debian builds it) answers nc_def_var_zstandard
-// and nc_inq_var_zstandard with success and does nothing: neither reaches a caller as done.
-void defineZstandard(int ncid, int varid, int level, const OperationRow& row) {
-  checkStatus(nc_inq_filter_avail(ncid, H5Z_FILTER_ZSTD), row);
-  checkStatus(nc_def_var_zstandard(ncid, varid, level), row);
-  std::vector<unsigned> params;
-  const bool applied = filterParams(ncid, varid, H5Z_FILTER_ZSTD, params) == NC_NOERR &&
-                       !params.empty() && static_cast<int>(params[0]) == level;
-  if (!applied) checkStatus(NC_ENOFILTER, row);
-}
-
-void inquireZstandard(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row) {
-  constexpr int kUnset = -1;
-  int hasFilter = kUnset, level = 0;
-  checkStatus(nc_inq_var_zstandard(ncid, varid, &hasFilter, &level), row);
-  if (hasFilter == kUnset) checkStatus(NC_ENOFILTER, row);
-  plhs[0] = makeLogicalScalar(hasFilter != 0);
-  plhs[1] = makeDoubleScalar(hasFilter != 0 ? level : 0);
-}
 }  // namespace
 
 int statusOfFilter(int ncid, int varid, unsigned id, std::span<const unsigned> params) {
@@ -126,69 +89,88 @@ int statusOfChunkingUnderSzip(int ncid, int varid, std::span<const std::size_t> 
   return elementsOf(chunks) < params[1] ? NC_EINVAL : NC_NOERR;
 }
 
-void handleFilters(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                   const OperationRow& row) {
+NETCDFLIB_HANDLER(handleDefVarFilter) {
+  const auto [ncid, varid] = variableOf(inputs);
+  const unsigned id = getUnsigned32(inputs[2], "filterID");
+  const std::vector<unsigned> params = getUnsigned32Row(inputs[3], "params");
+  checkStatus(statusOfFilter(ncid, varid, id, params), row);
+  checkStatus(nc_def_var_filter(ncid, varid, id, params.size(), params.data()), row);
+}
+
+NETCDFLIB_HANDLER(handleInqVarFilterIds) {
+  const auto [ncid, varid] = variableOf(inputs);
+  std::size_t n = 0;
+  checkStatus(nc_inq_var_filter_ids(ncid, varid, &n, nullptr), row);
+  std::vector<unsigned> ids(n);
+  checkStatus(nc_inq_var_filter_ids(ncid, varid, &n, ids.data()), row);
+  plhs[0] = makeUnsigned32Row(ids);
+}
+
+NETCDFLIB_HANDLER(handleInqVarFilterInfo) {
+  const auto [ncid, varid] = variableOf(inputs);
+  std::vector<unsigned> params;
+  checkStatus(filterParams(ncid, varid, getUnsigned32(inputs[2], "filterID"), params), row);
+  plhs[0] = makeUnsigned32Row(params);
+}
+
+// NC_ENOFILTER is the answer "no", not a failure.
+NETCDFLIB_HANDLER(handleInqFilterAvail) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
-  if (row.opId == kInqFilterAvail) {
-    const int status = nc_inq_filter_avail(ncid, getUnsigned32(inputs[1], "filterID"));
-    if (status != NC_ENOFILTER) checkStatus(status, row);
-    plhs[0] = makeLogicalScalar(status == NC_NOERR);
-    return;
-  }
-  const int varid = getScalar<int>(inputs[1], "varid");
-  switch (row.opId) {
-    case kDefVarFilter: {
-      const unsigned id = getUnsigned32(inputs[2], "filterID");
-      defineFilter(ncid, varid, id, getUnsigned32Row(inputs[3], "params"), row);
-      return;
-    }
-    case kInqVarFilterIds: {
-      std::size_t n = 0;
-      checkStatus(nc_inq_var_filter_ids(ncid, varid, &n, nullptr), row);
-      std::vector<unsigned> ids(n);
-      checkStatus(nc_inq_var_filter_ids(ncid, varid, &n, ids.data()), row);
-      plhs[0] = makeUnsigned32Row(ids);
-      return;
-    }
-    case kInqVarFilterInfo: {
-      std::vector<unsigned> params;
-      checkStatus(filterParams(ncid, varid, getUnsigned32(inputs[2], "filterID"), params), row);
-      plhs[0] = makeUnsigned32Row(params);
-      return;
-    }
-    case kDefVarSzip: {
-      const int mask = getScalar<int>(inputs[2], "optionsMask");
-      const int pixelsPerBlock = getScalar<int>(inputs[3], "pixelsPerBlock");
-      const std::vector<unsigned> params{static_cast<unsigned>(mask),
-                                         static_cast<unsigned>(pixelsPerBlock)};
-      checkStatus(statusOfFilter(ncid, varid, H5Z_FILTER_SZIP, params), row);
-      checkStatus(nc_def_var_szip(ncid, varid, mask, pixelsPerBlock), row);
-      return;
-    }
-    case kInqVarSzip: {
-      int mask = 0, pixelsPerBlock = 0;
-      checkStatus(nc_inq_var_szip(ncid, varid, &mask, &pixelsPerBlock), row);
-      plhs[0] = makeDoubleScalar(mask);
-      plhs[1] = makeDoubleScalar(pixelsPerBlock);
-      return;
-    }
-    case kDefVarBzip2:
-      checkStatus(nc_def_var_bzip2(ncid, varid, getScalar<int>(inputs[2], "level")), row);
-      return;
-    case kInqVarBzip2: {
-      int hasFilter = 0, level = 0;
-      checkStatus(nc_inq_var_bzip2(ncid, varid, &hasFilter, &level), row);
-      plhs[0] = makeLogicalScalar(hasFilter != 0);
-      plhs[1] = makeDoubleScalar(hasFilter != 0 ? level : 0);
-      return;
-    }
-    case kDefVarZstandard:
-      defineZstandard(ncid, varid, getScalar<int>(inputs[2], "level"), row);
-      return;
-    case kInqVarZstandard:
-      inquireZstandard(ncid, varid, plhs, row);
-      return;
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+  const int status = nc_inq_filter_avail(ncid, getUnsigned32(inputs[1], "filterID"));
+  if (status != NC_ENOFILTER) checkStatus(status, row);
+  plhs[0] = makeLogicalScalar(status == NC_NOERR);
+}
+
+NETCDFLIB_HANDLER(handleDefVarSzip) {
+  const auto [ncid, varid] = variableOf(inputs);
+  const int mask = getScalar<int>(inputs[2], "optionsMask");
+  const int pixelsPerBlock = getScalar<int>(inputs[3], "pixelsPerBlock");
+  const std::vector<unsigned> params{static_cast<unsigned>(mask),
+                                     static_cast<unsigned>(pixelsPerBlock)};
+  checkStatus(statusOfFilter(ncid, varid, H5Z_FILTER_SZIP, params), row);
+  checkStatus(nc_def_var_szip(ncid, varid, mask, pixelsPerBlock), row);
+}
+
+NETCDFLIB_HANDLER(handleInqVarSzip) {
+  const auto [ncid, varid] = variableOf(inputs);
+  int mask = 0, pixelsPerBlock = 0;
+  checkStatus(nc_inq_var_szip(ncid, varid, &mask, &pixelsPerBlock), row);
+  plhs[0] = makeDoubleScalar(mask);
+  plhs[1] = makeDoubleScalar(pixelsPerBlock);
+}
+
+NETCDFLIB_HANDLER(handleDefVarBzip2) {
+  const auto [ncid, varid] = variableOf(inputs);
+  checkStatus(nc_def_var_bzip2(ncid, varid, getScalar<int>(inputs[2], "level")), row);
+}
+
+NETCDFLIB_HANDLER(handleInqVarBzip2) {
+  const auto [ncid, varid] = variableOf(inputs);
+  int hasFilter = 0, level = 0;
+  checkStatus(nc_inq_var_bzip2(ncid, varid, &hasFilter, &level), row);
+  plhs[0] = makeLogicalScalar(hasFilter != 0);
+  plhs[1] = makeDoubleScalar(hasFilter != 0 ? level : 0);
+}
+
+// netCDF-C 4.9.0 built without Zstandard (as Debian builds it) answers nc_def_var_zstandard
+// and nc_inq_var_zstandard with success and does nothing: neither reaches a caller as done.
+NETCDFLIB_HANDLER(handleDefVarZstandard) {
+  const auto [ncid, varid] = variableOf(inputs);
+  const int level = getScalar<int>(inputs[2], "level");
+  checkStatus(nc_inq_filter_avail(ncid, H5Z_FILTER_ZSTD), row);
+  checkStatus(nc_def_var_zstandard(ncid, varid, level), row);
+  std::vector<unsigned> params;
+  const bool applied = filterParams(ncid, varid, H5Z_FILTER_ZSTD, params) == NC_NOERR &&
+                       !params.empty() && static_cast<int>(params[0]) == level;
+  if (!applied) checkStatus(NC_ENOFILTER, row);
+}
+
+NETCDFLIB_HANDLER(handleInqVarZstandard) {
+  const auto [ncid, varid] = variableOf(inputs);
+  constexpr int kUnset = -1;
+  int hasFilter = kUnset, level = 0;
+  checkStatus(nc_inq_var_zstandard(ncid, varid, &hasFilter, &level), row);
+  if (hasFilter == kUnset) checkStatus(NC_ENOFILTER, row);
+  plhs[0] = makeLogicalScalar(hasFilter != 0);
+  plhs[1] = makeDoubleScalar(hasFilter != 0 ? level : 0);
 }

@@ -17,8 +17,19 @@ NETCDFLIB_HANDLER(handleUserTypes);
 NETCDFLIB_HANDLER(handleStorage);
 // "defVarFill", "inqVarFill".
 NETCDFLIB_HANDLER(handleFillValues);
-// "defVarFilter", "inqVarFilterIds", "inqVarFilterInfo", "inqFilterAvail", and szip,
-// bzip2 and Zstandard settings.
-NETCDFLIB_HANDLER(handleFilters);
-// "defVarQuantize", "inqVarQuantize", "defVarEndian", "inqVarEndian".
-NETCDFLIB_HANDLER(handleValueEncoding);
+// Compression filters: one handler per operation.
+NETCDFLIB_HANDLER(handleDefVarFilter);
+NETCDFLIB_HANDLER(handleInqVarFilterIds);
+NETCDFLIB_HANDLER(handleInqVarFilterInfo);
+NETCDFLIB_HANDLER(handleInqFilterAvail);
+NETCDFLIB_HANDLER(handleDefVarSzip);
+NETCDFLIB_HANDLER(handleInqVarSzip);
+NETCDFLIB_HANDLER(handleDefVarBzip2);
+NETCDFLIB_HANDLER(handleInqVarBzip2);
+NETCDFLIB_HANDLER(handleDefVarZstandard);
+NETCDFLIB_HANDLER(handleInqVarZstandard);
+// Quantization and byte order.
+NETCDFLIB_HANDLER(handleDefVarQuantize);
+NETCDFLIB_HANDLER(handleInqVarQuantize);
+NETCDFLIB_HANDLER(handleDefVarEndian);
+NETCDFLIB_HANDLER(handleInqVarEndian);
