@@ -24,7 +24,16 @@ void addInMemory(int ncid, FileImage image) {
   openFiles.insert_or_assign(ncid, OpenFile{true, std::move(image)});
 }
 
-void remove(int ncid) { openFiles.erase(ncid); }
+void remove(int ncid) {
+  const auto it = openFiles.find(ncid);
+  if (it == openFiles.end()) return;
+  // An image netCDF-C may still read (its file failed to close) is left to it.
+  int format = 0;
+  if (it->second.image != nullptr && nc_inq_format(ncid, &format) == NC_NOERR) {
+    static_cast<void>(it->second.image.release());
+  }
+  openFiles.erase(it);
+}
 
 bool contains(int ncid) { return openFiles.contains(ncid); }
 

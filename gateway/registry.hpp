@@ -19,7 +19,7 @@ void add(int ncid);
 // A file held in memory; image is the memory it reads from when the library keeps it
 // (netCDF-C neither frees nor copies such locked memory), so it must outlive the file.
 void addInMemory(int ncid, FileImage image = nullptr);
-// Forgets the id and releases its image.
+// Forgets the id and releases its image, unless netCDF-C still has the file open.
 void remove(int ncid);
 bool contains(int ncid);
 bool isInMemory(int ncid);
