@@ -8,7 +8,6 @@
 #include <limits>
 #include <type_traits>
 
-#include "convert/numeric_run.hpp"
 #include "convert/scalars.hpp"
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
@@ -38,7 +37,7 @@ std::vector<unsigned> readUnsigned32(const qvArray* a, const std::string& name) 
   const qvClassID cls = qvGetClassID(a);
   if (!qvIsNumericClassID(cls) || qvIsComplex(a)) raiseNotUnsigned32(name);
   const std::size_t n = qvGetNumberOfElements(a);
-  return visitNumericClass(cls, [&](auto s) {
+  return qvVisitNumeric(cls, [&](auto s) {
     using S = decltype(s);
     const auto* values = static_cast<const S*>(qvGetData(a));
     std::vector<unsigned> out(n);

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <limits>
 
-#include "convert/numeric_run.hpp"
 #include "convert/scalars.hpp"
 #include "convert/truncate.hpp"
 #include "gateway/errors.hpp"
@@ -24,7 +23,7 @@ List convertIndexVector(const qvArray* a, const std::string& name) {
   if (!qvIsNumericClassID(cls)) qvErrMsgId(QUARNA::imagesci::netcdf::argumentHasBadDatatype(name));
   const std::size_t n = qvGetNumberOfElements(a);
   List out(n);
-  visitNumericClass(cls, [&](auto sourceTag) {
+  qvVisitNumeric(cls, [&](auto sourceTag) {
     using S = decltype(sourceTag);
     const S* values = static_cast<const S*>(qvGetData(a));
     if constexpr (std::is_floating_point_v<S>) {

@@ -9,54 +9,43 @@
 #include <cstddef>
 #include <memory>
 
-class NetcdfStringBuffer {
+template <class Element, int (*release)(int ncid, nc_type type, Element* data, std::size_t n)>
+class NetcdfBuffer {
  public:
-  explicit NetcdfStringBuffer(std::size_t n) : n_(n), ptrs_(new char*[n]()) {}
-  ~NetcdfStringBuffer() {
-    if (filled_) nc_free_string(n_, ptrs_.get());
+  explicit NetcdfBuffer(std::size_t n, int ncid = 0, nc_type type = NC_NAT)
+      : n_(n), ncid_(ncid), type_(type), data_(new Element[n]()) {}
+  ~NetcdfBuffer() {
+    if (filled_) release(ncid_, type_, data_.get(), n_);
   }
-  NetcdfStringBuffer(const NetcdfStringBuffer&) = delete;
-  NetcdfStringBuffer& operator=(const NetcdfStringBuffer&) = delete;
+  NetcdfBuffer(const NetcdfBuffer&) = delete;
+  NetcdfBuffer& operator=(const NetcdfBuffer&) = delete;
 
-  char** data() noexcept { return ptrs_.get(); }
+  Element* data() noexcept { return data_.get(); }
   std::size_t size() const noexcept { return n_; }
-  // netCDF-C has filled the buffer and owns the strings in it.
+  // netCDF-C has filled the buffer and owns what it points to.
   void markFilled() noexcept { filled_ = true; }
   int free() noexcept {
     filled_ = false;
-    return nc_free_string(n_, ptrs_.get());
-  }
-
- private:
-  std::size_t n_;
-  std::unique_ptr<char*[]> ptrs_;
-  bool filled_ = false;
-};
-
-// Reclaimed by type through netCDF-C, because nc_free_vlens frees only the first level
-// and would leave nested levels and the strings of NC_STRING bases behind.
-class NetcdfVlenBuffer {
- public:
-  NetcdfVlenBuffer(std::size_t n, int ncid, nc_type vlenType)
-      : n_(n), ncid_(ncid), type_(vlenType), recs_(new nc_vlen_t[n]()) {}
-  ~NetcdfVlenBuffer() {
-    if (filled_) nc_reclaim_data(ncid_, type_, recs_.get(), n_);
-  }
-  NetcdfVlenBuffer(const NetcdfVlenBuffer&) = delete;
-  NetcdfVlenBuffer& operator=(const NetcdfVlenBuffer&) = delete;
-
-  nc_vlen_t* data() noexcept { return recs_.get(); }
-  std::size_t size() const noexcept { return n_; }
-  void markFilled() noexcept { filled_ = true; }
-  int free() noexcept {
-    filled_ = false;
-    return nc_reclaim_data(ncid_, type_, recs_.get(), n_);
+    return release(ncid_, type_, data_.get(), n_);
   }
 
  private:
   std::size_t n_;
   int ncid_;
   nc_type type_;
-  std::unique_ptr<nc_vlen_t[]> recs_;
+  std::unique_ptr<Element[]> data_;
   bool filled_ = false;
 };
+
+inline int freeNetcdfStrings(int, nc_type, char** strings, std::size_t n) {
+  return nc_free_string(n, strings);
+}
+// Reclaimed by type through netCDF-C, because nc_free_vlens frees only the first level
+// and would leave nested levels and the strings of NC_STRING bases behind.
+inline int reclaimNetcdfVlens(int ncid, nc_type type, nc_vlen_t* records, std::size_t n) {
+  return nc_reclaim_data(ncid, type, records, n);
+}
+
+using NetcdfStringBuffer = NetcdfBuffer<char*, freeNetcdfStrings>;
+// n records of the vlen type of ncid.
+using NetcdfVlenBuffer = NetcdfBuffer<nc_vlen_t, reclaimNetcdfVlens>;

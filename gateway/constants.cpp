@@ -23,6 +23,9 @@ struct NamedConstant {
   const char* shortName;
 };
 
+// An error code: netCDF-C's value, its name with and without "NC_".
+#define NETCDFLIB_ERROR(NAME) NamedConstant{NAME, #NAME, &(#NAME)[3]}
+
 // Values as the interface has always published them, some differing from netCDF-C's own
 // (NC_FATAL, NC_VERBOSE) and some repeated. The FILL rows' -1 is never returned.
 constexpr std::array<NamedConstant, 118> kConstants = {{
@@ -74,70 +77,70 @@ constexpr std::array<NamedConstant, 118> kConstants = {{
     {1024, "NC_MAX_VAR_DIMS", "MAX_VAR_DIMS"},
     {-1, "NC2_ERR", "NC2_ERR"},
     {0, "NC_NOERR", "NOERR"},
-    {-33, "NC_EBADID", "EBADID"},
-    {-34, "NC_ENFILE", "ENFILE"},
-    {-35, "NC_EEXIST", "EEXIST"},
-    {-36, "NC_EINVAL", "EINVAL"},
-    {-37, "NC_EPERM", "EPERM"},
-    {-38, "NC_ENOTINDEFINE", "ENOTINDEFINE"},
-    {-39, "NC_EINDEFINE", "EINDEFINE"},
-    {-40, "NC_EINVALCOORDS", "EINVALCOORDS"},
-    {-41, "NC_EMAXDIMS", "EMAXDIMS"},
-    {-42, "NC_ENAMEINUSE", "ENAMEINUSE"},
-    {-43, "NC_ENOTATT", "ENOTATT"},
-    {-44, "NC_EMAXATTS", "EMAXATTS"},
-    {-45, "NC_EBADTYPE", "EBADTYPE"},
-    {-46, "NC_EBADDIM", "EBADDIM"},
-    {-47, "NC_EUNLIMPOS", "EUNLIMPOS"},
-    {-48, "NC_EMAXVARS", "EMAXVARS"},
-    {-49, "NC_ENOTVAR", "ENOTVAR"},
-    {-50, "NC_EGLOBAL", "EGLOBAL"},
-    {-51, "NC_ENOTNC", "ENOTNC"},
-    {-52, "NC_ESTS", "ESTS"},
-    {-53, "NC_EMAXNAME", "EMAXNAME"},
-    {-54, "NC_EUNLIMIT", "EUNLIMIT"},
-    {-55, "NC_ENORECVARS", "ENORECVARS"},
-    {-56, "NC_ECHAR", "ECHAR"},
-    {-57, "NC_EEDGE", "EEDGE"},
-    {-58, "NC_ESTRIDE", "ESTRIDE"},
-    {-59, "NC_EBADNAME", "EBADNAME"},
-    {-60, "NC_ERANGE", "ERANGE"},
-    {-61, "NC_ENOMEM", "ENOMEM"},
-    {-62, "NC_EVARSIZE", "EVARSIZE"},
-    {-63, "NC_EDIMSIZE", "EDIMSIZE"},
-    {-64, "NC_ETRUNC", "ETRUNC"},
+    NETCDFLIB_ERROR(NC_EBADID),
+    NETCDFLIB_ERROR(NC_ENFILE),
+    NETCDFLIB_ERROR(NC_EEXIST),
+    NETCDFLIB_ERROR(NC_EINVAL),
+    NETCDFLIB_ERROR(NC_EPERM),
+    NETCDFLIB_ERROR(NC_ENOTINDEFINE),
+    NETCDFLIB_ERROR(NC_EINDEFINE),
+    NETCDFLIB_ERROR(NC_EINVALCOORDS),
+    NETCDFLIB_ERROR(NC_EMAXDIMS),
+    NETCDFLIB_ERROR(NC_ENAMEINUSE),
+    NETCDFLIB_ERROR(NC_ENOTATT),
+    NETCDFLIB_ERROR(NC_EMAXATTS),
+    NETCDFLIB_ERROR(NC_EBADTYPE),
+    NETCDFLIB_ERROR(NC_EBADDIM),
+    NETCDFLIB_ERROR(NC_EUNLIMPOS),
+    NETCDFLIB_ERROR(NC_EMAXVARS),
+    NETCDFLIB_ERROR(NC_ENOTVAR),
+    NETCDFLIB_ERROR(NC_EGLOBAL),
+    NETCDFLIB_ERROR(NC_ENOTNC),
+    NETCDFLIB_ERROR(NC_ESTS),
+    NETCDFLIB_ERROR(NC_EMAXNAME),
+    NETCDFLIB_ERROR(NC_EUNLIMIT),
+    NETCDFLIB_ERROR(NC_ENORECVARS),
+    NETCDFLIB_ERROR(NC_ECHAR),
+    NETCDFLIB_ERROR(NC_EEDGE),
+    NETCDFLIB_ERROR(NC_ESTRIDE),
+    NETCDFLIB_ERROR(NC_EBADNAME),
+    NETCDFLIB_ERROR(NC_ERANGE),
+    NETCDFLIB_ERROR(NC_ENOMEM),
+    NETCDFLIB_ERROR(NC_EVARSIZE),
+    NETCDFLIB_ERROR(NC_EDIMSIZE),
+    NETCDFLIB_ERROR(NC_ETRUNC),
     {1, "NC_FATAL", "FATAL"},
     {-1, "NC_GLOBAL", "GLOBAL"},
     {0, "NC_UNLIMITED", "UNLIMITED"},
     {0, "NC_SIZEHINT_DEFAULT", "SIZEHINT_DEFAULT"},
     {2, "NC_VERBOSE", "VERBOSE"},
-    {-101, "NC_EHDFERR", "EHDFERR"},
-    {-102, "NC_ECANTREAD", "ECANTREAD"},
-    {-103, "NC_ECANTWRITE", "ECANTWRITE"},
-    {-104, "NC_ECANTCREATE", "ECANTCREATE"},
-    {-105, "NC_EFILEMETA", "EFILEMETA"},
-    {-107, "NC_EATTMETA", "EATTMETA"},
-    {-106, "NC_EDIMMETA", "EDIMMETA"},
-    {-108, "NC_EVARMETA", "EVARMETA"},
-    {-109, "NC_ENOCOMPOUND", "ENOCOMPOUND"},
-    {-110, "NC_EATTEXISTS", "EATTEXISTS"},
-    {-111, "NC_ENOTNC4", "ENOTNC4"},
-    {-112, "NC_ESTRICTNC3", "ESTRICTNC3"},
-    {-113, "NC_ENOTNC3", "ENOTNC3"},
-    {-114, "NC_ENOPAR", "ENOPAR"},
-    {-115, "NC_EPARINIT", "EPARINIT"},
-    {-116, "NC_EBADGRPID", "EBADGRPID"},
-    {-117, "NC_EBADTYPID", "EBADTYPID"},
-    {-118, "NC_ETYPDEFINED", "ETYPDEFINED"},
-    {-119, "NC_EBADFIELD", "EBADFIELD"},
-    {-120, "NC_EBADCLASS", "EBADCLASS"},
-    {-121, "NC_EMAPTYPE", "EMAPTYPE"},
-    {-122, "NC_ELATEFILL", "ELATEFILL"},
-    {-123, "NC_ELATEDEF", "ELATEDEF"},
-    {-124, "NC_EDIMSCALE", "EDIMSCALE"},
-    {-125, "NC_ENOGRP", "ENOGRP"},
-    {-126, "NC_ESTORAGE", "ESTORAGE"},
-    {-127, "NC_EBADCHUNK", "EBADCHUNK"},
+    NETCDFLIB_ERROR(NC_EHDFERR),
+    NETCDFLIB_ERROR(NC_ECANTREAD),
+    NETCDFLIB_ERROR(NC_ECANTWRITE),
+    NETCDFLIB_ERROR(NC_ECANTCREATE),
+    NETCDFLIB_ERROR(NC_EFILEMETA),
+    NETCDFLIB_ERROR(NC_EATTMETA),
+    NETCDFLIB_ERROR(NC_EDIMMETA),
+    NETCDFLIB_ERROR(NC_EVARMETA),
+    NETCDFLIB_ERROR(NC_ENOCOMPOUND),
+    NETCDFLIB_ERROR(NC_EATTEXISTS),
+    NETCDFLIB_ERROR(NC_ENOTNC4),
+    NETCDFLIB_ERROR(NC_ESTRICTNC3),
+    NETCDFLIB_ERROR(NC_ENOTNC3),
+    NETCDFLIB_ERROR(NC_ENOPAR),
+    NETCDFLIB_ERROR(NC_EPARINIT),
+    NETCDFLIB_ERROR(NC_EBADGRPID),
+    NETCDFLIB_ERROR(NC_EBADTYPID),
+    NETCDFLIB_ERROR(NC_ETYPDEFINED),
+    NETCDFLIB_ERROR(NC_EBADFIELD),
+    NETCDFLIB_ERROR(NC_EBADCLASS),
+    NETCDFLIB_ERROR(NC_EMAPTYPE),
+    NETCDFLIB_ERROR(NC_ELATEFILL),
+    NETCDFLIB_ERROR(NC_ELATEDEF),
+    NETCDFLIB_ERROR(NC_EDIMSCALE),
+    NETCDFLIB_ERROR(NC_ENOGRP),
+    NETCDFLIB_ERROR(NC_ESTORAGE),
+    NETCDFLIB_ERROR(NC_EBADCHUNK),
     {3, "NC_FORMAT_NETCDF4", "FORMAT_NETCDF4"},
     {4, "NC_FORMAT_NETCDF4_CLASSIC", "FORMAT_NETCDF4_CLASSIC"},
     {0, "NC_CHUNKED", "CHUNKED"},
@@ -146,15 +149,6 @@ constexpr std::array<NamedConstant, 118> kConstants = {{
     {1, "NC_FLETCHER32", "FLETCHER32"},
 }};
 
-constexpr std::array<std::uint64_t, 2> kScalarDims{1, 1};
-
-template <class T>
-qvArrayPtr makeScalarOfClass(qvClassID cls, T value) {
-  qvArrayPtr a = matrix::detail::do_create_numeric(kScalarDims, cls, qvREAL);
-  *static_cast<T*>(qvGetData(a.get())) = value;
-  return a;
-}
-
 struct FillConstant {
   std::string_view shortName;
   qvArrayPtr (*make)();
@@ -162,20 +156,20 @@ struct FillConstant {
 
 // netCDF-C's default fill values, each in the host class of its type.
 constexpr std::array<FillConstant, 12> kFillConstants = {{
-    {"FILL_BYTE", [] { return makeScalarOfClass<std::int8_t>(qvINT8_CLASS, NC_FILL_BYTE); }},
-    {"FILL_UBYTE", [] { return makeScalarOfClass<std::uint8_t>(qvUINT8_CLASS, NC_FILL_UBYTE); }},
+    {"FILL_BYTE", [] { return makeScalarOf<std::int8_t>(qvINT8_CLASS, NC_FILL_BYTE); }},
+    {"FILL_UBYTE", [] { return makeScalarOf<std::uint8_t>(qvUINT8_CLASS, NC_FILL_UBYTE); }},
     {"FILL_CHAR",
-     [] { return makeScalarOfClass<char16_t>(qvCHAR_CLASS, static_cast<char16_t>(NC_FILL_CHAR)); }},
-    {"FILL_SHORT", [] { return makeScalarOfClass<std::int16_t>(qvINT16_CLASS, NC_FILL_SHORT); }},
+     [] { return makeScalarOf<char16_t>(qvCHAR_CLASS, static_cast<char16_t>(NC_FILL_CHAR)); }},
+    {"FILL_SHORT", [] { return makeScalarOf<std::int16_t>(qvINT16_CLASS, NC_FILL_SHORT); }},
     {"FILL_USHORT",
-     [] { return makeScalarOfClass<std::uint16_t>(qvUINT16_CLASS, NC_FILL_USHORT); }},
-    {"FILL_INT", [] { return makeScalarOfClass<std::int32_t>(qvINT32_CLASS, NC_FILL_INT); }},
-    {"FILL_UINT", [] { return makeScalarOfClass<std::uint32_t>(qvUINT32_CLASS, NC_FILL_UINT); }},
-    {"FILL_INT64", [] { return makeScalarOfClass<std::int64_t>(qvINT64_CLASS, NC_FILL_INT64); }},
+     [] { return makeScalarOf<std::uint16_t>(qvUINT16_CLASS, NC_FILL_USHORT); }},
+    {"FILL_INT", [] { return makeScalarOf<std::int32_t>(qvINT32_CLASS, NC_FILL_INT); }},
+    {"FILL_UINT", [] { return makeScalarOf<std::uint32_t>(qvUINT32_CLASS, NC_FILL_UINT); }},
+    {"FILL_INT64", [] { return makeScalarOf<std::int64_t>(qvINT64_CLASS, NC_FILL_INT64); }},
     {"FILL_UINT64",
-     [] { return makeScalarOfClass<std::uint64_t>(qvUINT64_CLASS, NC_FILL_UINT64); }},
-    {"FILL_FLOAT", [] { return makeScalarOfClass<float>(qvSINGLE_CLASS, NC_FILL_FLOAT); }},
-    {"FILL_DOUBLE", [] { return makeScalarOfClass<double>(qvDOUBLE_CLASS, NC_FILL_DOUBLE); }},
+     [] { return makeScalarOf<std::uint64_t>(qvUINT64_CLASS, NC_FILL_UINT64); }},
+    {"FILL_FLOAT", [] { return makeScalarOf<float>(qvSINGLE_CLASS, NC_FILL_FLOAT); }},
+    {"FILL_DOUBLE", [] { return makeScalarOf<double>(qvDOUBLE_CLASS, NC_FILL_DOUBLE); }},
     {"FILL_STRING", [] { return createStringArray(utf8_to_ustring(NC_FILL_STRING)); }},
 }};
 
@@ -207,6 +201,14 @@ qvArrayPtr constantValue(const std::string& shortName) {
 
 }  // namespace
 
+const char* publishedErrorName(int status) noexcept {
+  for (const NamedConstant& c : kConstants) {
+    const std::string_view name = c.longName;
+    if (c.value == status && (name.starts_with("NC_E") || name == "NC2_ERR")) return c.longName;
+  }
+  return nullptr;
+}
+
 void handleParameter(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/, const qvArray* const* inputs,
                      const OperationRow& /*row*/) {
   plhs[0] = constantValue(shortNameOf(getName(inputs[0], "parameter")));
@@ -214,10 +216,7 @@ void handleParameter(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/, const qvAr
 
 void handleGetConstantNames(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/,
                             const qvArray* const* /*inputs*/, const OperationRow& /*row*/) {
-  const std::array<std::uint64_t, 2> dims{kConstants.size(), 1};
-  qvArrayPtr names = matrix::detail::do_create_cell(dims);
-  for (std::size_t i = 0; i < kConstants.size(); ++i) {
-    qvSetCell(names.get(), i, makeAsciiText(kConstants[i].longName));
-  }
-  plhs[0] = std::move(names);
+  std::array<const char*, kConstants.size()> names{};
+  std::ranges::transform(kConstants, names.begin(), &NamedConstant::longName);
+  plhs[0] = makeTextColumn(names);
 }

@@ -5,4 +5,6 @@
 #include "gateway/operation.hpp"
 
 NETCDFLIB_HANDLER(handleParameter);
+// The name under which an error code is published ("NC_EBADID"), or null.
+const char* publishedErrorName(int status) noexcept;
 NETCDFLIB_HANDLER(handleGetConstantNames);

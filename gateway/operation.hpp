@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "gateway/row_meaning.hpp"
 #include "qvhost/array.hpp"
 
 struct OperationRow;
@@ -13,15 +14,21 @@ using OperationHandler = void (*)(int nlhs, qvArrayPtr* plhs, int nInputs,
                                   const qvArray* const* inputs, const OperationRow& row);
 
 struct OperationRow {
+  constexpr OperationRow(std::int32_t id, const char* rowName, std::int32_t inputs,
+                         OperationHandler rowHandler) noexcept
+      : opId(id), name(rowName), nInputs(inputs), handler(rowHandler), meaning(meaningOf(rowName)) {}
+
   std::int32_t opId;
   const char* name;
   std::int32_t nInputs;
   OperationHandler handler;
+  // Derived from the name; see row_meaning.hpp.
+  RowMeaning meaning;
 };
 
 // Declares or defines a handler: NETCDFLIB_HANDLER(handleSomething) { ... }
-#define NETCDFLIB_HANDLER(name)                                                          \
-  void name([[maybe_unused]] int nlhs, [[maybe_unused]] qvArrayPtr* plhs,                \
+#define NETCDFLIB_HANDLER(name)                                                      \
+  void name([[maybe_unused]] int nlhs, [[maybe_unused]] qvArrayPtr* plhs,            \
             [[maybe_unused]] int nInputs, [[maybe_unused]] const qvArray* const* inputs, \
             [[maybe_unused]] const OperationRow& row)
 

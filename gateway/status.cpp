@@ -5,51 +5,37 @@
 #include <map>
 #include <string_view>
 
+#include "gateway/constants.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/operation.hpp"
 
 namespace {
 
-// Built at load, before any call; read-only afterwards. Codes missing here (-77..-100,
-// below -128, and positive system errors) are named by their decimal text.
-const std::map<int, std::string> kErrorNames = {
-    {-1, "NC2_ERR"},          {-33, "NC_EBADID"},         {-34, "NC_ENFILE"},
-    {-35, "NC_EEXIST"},       {-36, "NC_EINVAL"},         {-37, "NC_EPERM"},
-    {-38, "NC_ENOTINDEFINE"}, {-39, "NC_EINDEFINE"},      {-40, "NC_EINVALCOORDS"},
-    {-41, "NC_EMAXDIMS"},     {-42, "NC_ENAMEINUSE"},     {-43, "NC_ENOTATT"},
-    {-44, "NC_EMAXATTS"},     {-45, "NC_EBADTYPE"},       {-46, "NC_EBADDIM"},
-    {-47, "NC_EUNLIMPOS"},    {-48, "NC_EMAXVARS"},       {-49, "NC_ENOTVAR"},
-    {-50, "NC_EGLOBAL"},      {-51, "NC_ENOTNC"},         {-52, "NC_ESTS"},
-    {-53, "NC_EMAXNAME"},     {-54, "NC_EUNLIMIT"},       {-55, "NC_ENORECVARS"},
-    {-56, "NC_ECHAR"},        {-57, "NC_EEDGE"},          {-58, "NC_ESTRIDE"},
-    {-59, "NC_EBADNAME"},     {-60, "NC_ERANGE"},         {-61, "NC_ENOMEM"},
-    {-62, "NC_EVARSIZE"},     {-63, "NC_EDIMSIZE"},       {-64, "NC_ETRUNC"},
-    {-65, "NC_EAXISTYPE"},    {-66, "NC_EDAP"},           {-67, "NC_ECURL"},
-    {-68, "NC_EIO"},          {-69, "NC_ENODATA"},        {-70, "NC_EDAPSVC"},
-    {-71, "NC_EDAS"},         {-72, "NC_EDDS"},           {-73, "NC_EDATADDS"},
-    {-74, "NC_EDAPURL"},      {-75, "NC_EDAPCONSTRAINT"}, {-76, "NC_ETRANSLATION"},
-    {-101, "NC_EHDFERR"},     {-102, "NC_ECANTREAD"},     {-103, "NC_ECANTWRITE"},
-    {-104, "NC_ECANTCREATE"}, {-105, "NC_EFILEMETA"},     {-106, "NC_EDIMMETA"},
-    {-107, "NC_EATTMETA"},    {-108, "NC_EVARMETA"},      {-109, "NC_ENOCOMPOUND"},
-    {-110, "NC_EATTEXISTS"},  {-111, "NC_ENOTNC4"},       {-112, "NC_ESTRICTNC3"},
-    {-113, "NC_ENOTNC3"},     {-114, "NC_ENOPAR"},        {-115, "NC_EPARINIT"},
-    {-116, "NC_EBADGRPID"},   {-117, "NC_EBADTYPID"},     {-118, "NC_ETYPDEFINED"},
-    {-119, "NC_EBADFIELD"},   {-120, "NC_EBADCLASS"},     {-121, "NC_EMAPTYPE"},
-    {-122, "NC_ELATEFILL"},   {-123, "NC_ELATEDEF"},      {-124, "NC_EDIMSCALE"},
-    {-125, "NC_ENOGRP"},      {-126, "NC_ESTORAGE"},      {-127, "NC_EBADCHUNK"},
-    {-128, "NC_ENOTBUILT"},
+// Codes netCDF-C has that the published constants leave out.
+const std::map<int, std::string_view> kUnpublishedErrors = {
+    {NC_EAXISTYPE, "NC_EAXISTYPE"}, {NC_EDAP, "NC_EDAP"},
+    {NC_ECURL, "NC_ECURL"},         {NC_EIO, "NC_EIO"},
+    {NC_ENODATA, "NC_ENODATA"},     {NC_EDAPSVC, "NC_EDAPSVC"},
+    {NC_EDAS, "NC_EDAS"},           {NC_EDDS, "NC_EDDS"},
+    {NC_EDATADDS, "NC_EDATADDS"},   {NC_EDAPURL, "NC_EDAPURL"},
+    {NC_EDAPCONSTRAINT, "NC_EDAPCONSTRAINT"}, {NC_ETRANSLATION, "NC_ETRANSLATION"},
+    {NC_ENOTBUILT, "NC_ENOTBUILT"},
 };
 
 // Remote-access failures; -69 (NC_ENODATA) sits between the two runs but is not one.
 bool isDapFailure(int status) {
-  return (status >= -75 && status <= -70) || (status >= -68 && status <= -66);
+  return (status >= NC_EDAPCONSTRAINT && status <= NC_EDAPSVC) ||
+         (status >= NC_EIO && status <= NC_EDAP);
 }
 
 }  // namespace
 
+// Codes without a name (-77..-100, below -128, and positive system errors) are named by
+// their decimal text.
 std::string errorName(int status) {
-  const auto it = kErrorNames.find(status);
-  return it != kErrorNames.end() ? it->second : std::to_string(status);
+  if (const char* name = publishedErrorName(status)) return name;
+  const auto it = kUnpublishedErrors.find(status);
+  return it != kUnpublishedErrors.end() ? std::string(it->second) : std::to_string(status);
 }
 
 std::string netcdfMessage(int status) {

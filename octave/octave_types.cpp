@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <stdexcept>
+#include <tuple>
 #include <type_traits>
 
 namespace octbridge {
@@ -12,11 +13,9 @@ namespace {
 template <class A, class Host>
 constexpr bool kSameLayout = sizeof(typename A::element_type) == sizeof(Host) &&
                              std::is_trivially_copyable_v<typename A::element_type>;
-static_assert(kSameLayout<NDArray, double> && kSameLayout<FloatNDArray, float>);
-static_assert(kSameLayout<int8NDArray, std::int8_t> && kSameLayout<uint8NDArray, std::uint8_t>);
-static_assert(kSameLayout<int16NDArray, std::int16_t> && kSameLayout<uint16NDArray, std::uint16_t>);
-static_assert(kSameLayout<int32NDArray, std::int32_t> && kSameLayout<uint32NDArray, std::uint32_t>);
-static_assert(kSameLayout<int64NDArray, std::int64_t> && kSameLayout<uint64NDArray, std::uint64_t>);
+static_assert([]<class... T>(std::tuple<T...>*) {
+  return (kSameLayout<typename OctaveArrayOf<T>::type, T> && ...);
+}(static_cast<qvNumericTypes*>(nullptr)));
 static_assert(kSameLayout<boolNDArray, bool> && sizeof(bool) == 1);
 
 }  // namespace

@@ -18,47 +18,32 @@ struct Kind {
   using Element = typename A::element_type;
 };
 
+// The Octave array type of a host element type.
+template <class T>
+struct OctaveArrayOf {
+  using type = intNDArray<octave_int<T>>;
+};
+template <>
+struct OctaveArrayOf<double> {
+  using type = NDArray;
+};
+template <>
+struct OctaveArrayOf<float> {
+  using type = FloatNDArray;
+};
+
 // Calls f(Kind<A>{}) with the Octave array type of a numeric or logical host class and
 // returns true; returns false for every other class.
 template <class F>
 bool withArrayType(qvClassID cls, F&& f) {
-  switch (cls) {
-    case qvDOUBLE_CLASS:
-      f(Kind<NDArray>{});
-      return true;
-    case qvSINGLE_CLASS:
-      f(Kind<FloatNDArray>{});
-      return true;
-    case qvINT8_CLASS:
-      f(Kind<int8NDArray>{});
-      return true;
-    case qvUINT8_CLASS:
-      f(Kind<uint8NDArray>{});
-      return true;
-    case qvINT16_CLASS:
-      f(Kind<int16NDArray>{});
-      return true;
-    case qvUINT16_CLASS:
-      f(Kind<uint16NDArray>{});
-      return true;
-    case qvINT32_CLASS:
-      f(Kind<int32NDArray>{});
-      return true;
-    case qvUINT32_CLASS:
-      f(Kind<uint32NDArray>{});
-      return true;
-    case qvINT64_CLASS:
-      f(Kind<int64NDArray>{});
-      return true;
-    case qvUINT64_CLASS:
-      f(Kind<uint64NDArray>{});
-      return true;
-    case qvLOGICAL_CLASS:
-      f(Kind<boolNDArray>{});
-      return true;
-    default:
-      return false;
+  if (cls == qvLOGICAL_CLASS) {
+    f(Kind<boolNDArray>{});
+  } else if (qvIsNumericClassID(cls)) {
+    qvVisitNumeric(cls, [&](auto t) { f(Kind<typename OctaveArrayOf<decltype(t)>::type>{}); });
+  } else {
+    return false;
   }
+  return true;
 }
 
 // Host class of a full, real numeric or logical Octave value; qvUNKNOWN_CLASS for

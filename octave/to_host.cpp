@@ -1,10 +1,10 @@
 #include "to_host.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 
+#include "gateway/row_meaning.hpp"
 #include "octave_blocks.hpp"
 #include "octave_types.hpp"
 #include "qvhost/storage.hpp"
@@ -114,22 +114,25 @@ qvArrayPtr vlenToHost(const octave_value& v) {
   });
 }
 
-enum class DataForm { plain, bytes, strings, vlen };
-
-// Which form an operation's last argument, its data, takes. NC_CHAR data is bytes, not
-// text: each Octave char is one byte of the variable, as reads return them, so that
-// UTF-8 text round-trips and its length is its byte count.
-DataForm dataFormOf(std::string_view op) {
-  static constexpr std::array<std::string_view, 4> kTextWrites = {"putVarText", "putVar1Text",
-                                                                  "putVaraText", "putVarsText"};
-  static constexpr std::array<std::string_view, 5> kStringWrites = {
-      "putVarString", "putVar1String", "putVaraString", "putVarsString", "putAttString"};
-  static constexpr std::array<std::string_view, 6> kVlenWrites = {
-      "putVarVlen", "putVar1Vlen", "putVaraVlen", "putVarsVlen", "putAttVlen", "defVarFill"};
-  if (std::ranges::find(kTextWrites, op) != kTextWrites.end()) return DataForm::bytes;
-  if (std::ranges::find(kStringWrites, op) != kStringWrites.end()) return DataForm::strings;
-  if (std::ranges::find(kVlenWrites, op) != kVlenWrites.end()) return DataForm::vlen;
-  return DataForm::plain;
+// An operation's data, its last input, in the form its row expects. NC_CHAR data is
+// bytes, not text: each Octave char is one byte of the variable, as reads return them,
+// so that UTF-8 text round-trips and its length is its byte count.
+qvArrayPtr dataToHost(const octave_value& v, DataInput form) {
+  if (form == DataInput::OwnType) {
+    if (v.is_string()) form = DataInput::Bytes;
+    else if (v.numel() > 0 && isCharRowList(v)) form = DataInput::Strings;
+    else if (v.iscell()) form = DataInput::Vlen;
+  }
+  switch (form) {
+    case DataInput::Bytes:
+      return v.is_string() ? rawBytesToHost(v.char_array_value()) : toHost(v);
+    case DataInput::Strings:
+      return toHostStrings(v);
+    case DataInput::Vlen:
+      return vlenToHost(v);
+    default:
+      return toHost(v);
+  }
 }
 
 }  // namespace
@@ -160,21 +163,12 @@ qvArrayPtr toHostStrings(const octave_value& v) {
 
 std::vector<qvArrayPtr> argumentsToHost(const octave_value_list& args) {
   const octave_idx_type n = args.length();
-  const DataForm form =
-      n > 1 && isCharRow(args(0)) ? dataFormOf(args(0).string_value()) : DataForm::plain;
+  const DataInput form =
+      n > 1 && isCharRow(args(0)) ? meaningOf(args(0).string_value()).data : DataInput::Plain;
   std::vector<qvArrayPtr> out;
   out.reserve(static_cast<std::size_t>(n));
   for (octave_idx_type k = 0; k < n; ++k) {
-    const bool isData = k == n - 1 && k > 0;
-    if (isData && form == DataForm::bytes && args(k).is_string()) {
-      out.push_back(rawBytesToHost(args(k).char_array_value()));
-    } else if (isData && form == DataForm::strings) {
-      out.push_back(toHostStrings(args(k)));
-    } else if (isData && form == DataForm::vlen) {
-      out.push_back(vlenToHost(args(k)));
-    } else {
-      out.push_back(toHost(args(k)));
-    }
+    out.push_back(k == n - 1 && k > 0 ? dataToHost(args(k), form) : toHost(args(k)));
   }
   return out;
 }

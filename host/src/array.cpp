@@ -86,6 +86,4 @@ bool* qvGetLogicals(const qvArray* a) noexcept {
   return qvGetClassID(a) == qvLOGICAL_CLASS ? static_cast<bool*>(a->data) : nullptr;
 }
 
-bool qvIsNaN(double v) noexcept { return std::isnan(v); }
 
-bool qvIsInf(double v) noexcept { return std::isinf(v); }

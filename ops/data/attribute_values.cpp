@@ -18,13 +18,6 @@
 #include "qvhost/text.hpp"
 
 namespace {
-constexpr int kFirstGetOpId = 16;
-constexpr int kFirstPutOpId = 86;
-
-struct HostFree {
-  void operator()(void* p) const noexcept { qvFree(p); }
-};
-
 // netCDF-C refuses a null block even for an empty attribute.
 template <class T>
 const T* blockOrDummy(const qvArray* data) {
@@ -44,13 +37,11 @@ void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs
   checkStatus(nc_inq_att(ncid, varid, name.c_str(), &xtype, &len), row);
   const DimList dims = attributeShape(len);
 
-  const auto kind = kindOfOperation(row.opId, kFirstGetOpId, true);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unhandledAttributeOperation(row.name));
-  switch (*kind) {
+  const DataKind kind = *row.meaning.kind;
+  switch (kind) {
     case DataKind::Text: {
-      // Zeroed and longer than the text, so that it always ends within the buffer (also
-      // when it is empty); decoding stops at the first zero byte.
-      const std::unique_ptr<char, HostFree> bytes(static_cast<char*>(qvCalloc(len + 1, 2)));
+      // Decoding stops at the first zero byte, also when the text is empty.
+      const auto bytes = zeroedText(len, 2);
       checkStatus(nc_get_att_text(ncid, varid, name.c_str(), bytes.get()), row);
       plhs[0] = makeNameResult(bytes.get());
       return;
@@ -66,12 +57,12 @@ void handleGetAttribute(int, qvArrayPtr* plhs, int, const qvArray* const* inputs
           [&](nc_vlen_t* buffer) { return nc_get_att(ncid, varid, name.c_str(), buffer); }, row);
       return;
     default:
-      visitNumericKind(*kind, [&](auto traits) {
-        using Traits = decltype(traits);
-        readNumeric<typename Traits::Element>(
-            Traits::hostClass, dims, plhs[0],
-            [&](auto* buffer) { return Traits::getAtt(ncid, varid, name.c_str(), buffer); }, row);
-      });
+      readNumeric(
+          kind, dims, plhs[0],
+          [&](auto traits, auto* buffer) {
+            return decltype(traits)::getAtt(ncid, varid, name.c_str(), buffer);
+          },
+          row);
   }
 }
 
@@ -82,11 +73,10 @@ void handlePutAttribute(int, qvArrayPtr*, int, const qvArray* const* inputs,
   const std::string name = getName(inputs[2], "attribute");
   const int xtype = getScalar<int>(inputs[3], "xtype");
   const qvArray* data = inputs[4];
-  const std::size_t n = numberOfElements(data);
+  const std::size_t n = qvGetNumberOfElements(data);
 
-  const auto kind = kindOfOperation(row.opId, kFirstPutOpId, true);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  switch (*kind) {
+  const DataKind kind = *row.meaning.kind;
+  switch (kind) {
     case DataKind::Text: {
       requireDataClass(data, qvCHAR_CLASS);
       // The stored length is in UTF-8 bytes, not characters; xtype is not needed.
@@ -116,7 +106,7 @@ void handlePutAttribute(int, qvArrayPtr*, int, const qvArray* const* inputs,
           nc_inq_user_type(ncid, xtype, nullptr, nullptr, nullptr, nullptr, nullptr) == NC_NOERR) {
         checkStatus(NC_EBADTYPE, row);
       }
-      visitNumericKind(*kind, [&](auto traits) {
+      visitNumericKind(kind, [&](auto traits) {
         using Traits = decltype(traits);
         requireDataClass(data, Traits::hostClass);
         const auto* buffer = blockOrDummy<typename Traits::Element>(data);

@@ -1,21 +1,16 @@
 // Handlers of variable data (whole and subset reads and writes for every type) and of
-// attributes (values and management).
+// attributes (values and management). The typed ones read their kind and form from
+// row.meaning.
 #pragma once
 
 #include "gateway/operation.hpp"
 
-// "getVarDouble" ... "getVarVlen".
 NETCDFLIB_HANDLER(handleReadWhole);
-// "getVar1Double" ... "getVarsVlen".
 NETCDFLIB_HANDLER(handleReadSubset);
-// "putVarDouble" ... "putVarVlen".
 NETCDFLIB_HANDLER(handleWriteWhole);
-// "putVar1Double" ... "putVarsVlen".
 NETCDFLIB_HANDLER(handleWriteSubset);
 
-// "getAttDouble" ... "getAttVlen".
 NETCDFLIB_HANDLER(handleGetAttribute);
-// "putAttDouble" ... "putAttVlen".
 NETCDFLIB_HANDLER(handlePutAttribute);
 NETCDFLIB_HANDLER(handleInqAtt);
 NETCDFLIB_HANDLER(handleInqAttID);

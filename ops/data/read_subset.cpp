@@ -12,8 +12,6 @@
 #include "ops/data/subset.hpp"
 
 namespace {
-constexpr int kFirstOpId = 43;
-
 // The result is allocated before netCDF-C sees COUNT, so a COUNT larger than a dimension
 // would first ask for that much memory (gigabytes for a typo) only to be refused. No
 // selection can hold more elements along a dimension than it has, so such a COUNT gets
@@ -28,12 +26,9 @@ void refuseCountBeyondDimensions(int ncid, int varid, const Selection& where,
   if (selected && *selected < kCheckedFromElements) return;
   std::vector<int> dimids(where.count.size(), 0);
   checkStatus(nc_inq_vardimid(ncid, varid, dimids.data()), row);
+  const std::vector<std::size_t> lengths = dimensionLengths(ncid, dimids, row);
   bool beyond = false;
-  std::vector<std::size_t> lengths(dimids.size(), 0);
-  for (std::size_t d = 0; d < dimids.size(); ++d) {
-    checkStatus(nc_inq_dimlen(ncid, dimids[d], &lengths[d]), row);
-    beyond = beyond || where.count[d] > lengths[d];
-  }
+  for (std::size_t d = 0; d < dimids.size(); ++d) beyond = beyond || where.count[d] > lengths[d];
   if (!beyond) return;
   for (const std::ptrdiff_t stride : where.stride) {
     if (stride < 1) checkStatus(NC_ESTRIDE, row);
@@ -48,17 +43,15 @@ void refuseCountBeyondDimensions(int ncid, int varid, const Selection& where,
 }
 }  // namespace
 
-void handleReadSubset(int, qvArrayPtr* plhs, int nInputs, const qvArray* const* inputs,
+void handleReadSubset(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
                       const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
-  const Selection where = getSubset(inputs + 2, nInputs > 3, nInputs == 5);
+  const Selection where = getSubset(inputs + 2, row.meaning.form);
   const VariableRank variable =
       checkSubsetLengths(ncid, varid, where, LengthReport::StartLength, row);
   refuseCountBeyondDimensions(ncid, varid, where, row);
 
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  readVariableData(*kind, ncid, varid, variable.xtype, where, subsetReadShape(spanOf(where.count)),
+  readVariableData(*row.meaning.kind, ncid, varid, variable.xtype, where, subsetReadShape(spanOf(where.count)),
                    plhs, row);
 }

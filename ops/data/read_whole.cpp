@@ -9,24 +9,17 @@
 #include "ops/data/data.hpp"
 #include "ops/data/variable_io.hpp"
 
-namespace {
-constexpr int kFirstOpId = 30;
-}
-
 void handleReadWhole(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
                      const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
 
   nc_type xtype = NC_NAT;
   int ndims = 0;
   int dimids[NC_MAX_VAR_DIMS] = {};
   // Unchecked: a bad id leaves a scalar shape, and the read reports it.
   nc_inq_var(ncid, varid, nullptr, &xtype, &ndims, dimids, nullptr);
-  std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
-  for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
+  const auto lengths = dimensionLengths(ncid, {dimids, static_cast<std::size_t>(ndims)}, row);
 
-  readVariableData(*kind, ncid, varid, xtype, Selection{}, wholeReadShape(lengths), plhs, row);
+  readVariableData(*row.meaning.kind, ncid, varid, xtype, Selection{}, wholeReadShape(lengths), plhs, row);
 }

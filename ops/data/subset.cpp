@@ -6,7 +6,9 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 
-Selection getSubset(const qvArray* const* inputs, bool hasCount, bool hasStride) {
+Selection getSubset(const qvArray* const* inputs, Form form) {
+  const bool hasCount = form != Form::One;
+  const bool hasStride = form == Form::Strided;
   Selection where;
   where.whole = false;
   where.start = getIndexVector(inputs[0], "START");

@@ -6,8 +6,9 @@
 
 #include "ops/data/variable_io.hpp"
 
-// Converts START, then COUNT and STRIDE when given (ones of START's length when not).
-Selection getSubset(const qvArray* const* inputs, bool hasCount, bool hasStride);
+// Converts START, then COUNT and STRIDE as the form has them (ones of START's length when
+// not).
+Selection getSubset(const qvArray* const* inputs, Form form);
 
 // Which length badIndexArgumentLength reports: reads always report START's, writes the
 // length of the vector at fault.

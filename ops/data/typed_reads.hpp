@@ -4,19 +4,35 @@
 
 #include <netcdf.h>
 
+#include <memory>
+
 #include "convert/nc_buffers.hpp"
 #include "convert/read_outputs.hpp"
+#include "convert/types.hpp"
 #include "convert/vlen.hpp"
 #include "gateway/status.hpp"
 
-// Numeric data lands straight in the result, which is placed in its slot first.
-template <class Element, class Read>
-void readNumeric(qvClassID cls, const DimList& dims, qvArrayPtr& slot, Read read,
+struct HostFree {
+  void operator()(void* p) const noexcept { qvFree(p); }
+};
+// Zeroed host memory for text that netCDF-C writes: a byte more than the text, so that
+// it always ends within the buffer.
+inline std::unique_ptr<char, HostFree> zeroedText(std::size_t n, std::size_t width) {
+  return std::unique_ptr<char, HostFree>(static_cast<char*>(qvCalloc(n + 1, width)));
+}
+
+// Numeric data of kind lands straight in the result, which is placed in its slot first;
+// read(traits, buffer) reads with the kind's TypeTraits.
+template <class Read>
+void readNumeric(DataKind kind, const DimList& dims, qvArrayPtr& slot, Read read,
                  const OperationRow& row) {
-  qvArrayPtr out = makeNumericOutput(cls, dims);
-  auto* buffer = static_cast<Element*>(qvGetData(out.get()));
-  slot = std::move(out);
-  checkStatus(read(buffer), row);
+  visitNumericKind(kind, [&](auto traits) {
+    using Traits = decltype(traits);
+    qvArrayPtr out = makeNumericOutput(Traits::hostClass, dims);
+    auto* buffer = static_cast<typename Traits::Element*>(qvGetData(out.get()));
+    slot = std::move(out);
+    checkStatus(read(traits, buffer), row);
+  });
 }
 
 template <class Read>

@@ -27,11 +27,16 @@ int writeFrom(int ncid, int varid, const Selection& where, Buffer buffer) {
                          buffer);
 }
 
-struct HostFree {
-  void operator()(void* p) const noexcept { qvFree(p); }
-};
-
 }  // namespace
+
+std::vector<std::size_t> dimensionLengths(int ncid, std::span<const int> dimids,
+                                          const OperationRow& row) {
+  std::vector<std::size_t> lengths(dimids.size(), 0);
+  for (std::size_t d = 0; d < dimids.size(); ++d) {
+    checkStatus(nc_inq_dimlen(ncid, dimids[d], &lengths[d]), row);
+  }
+  return lengths;
+}
 
 std::optional<std::size_t> elementProduct(std::span<const std::size_t> lengths) noexcept {
   if (std::find(lengths.begin(), lengths.end(), 0u) != lengths.end()) return 0;
@@ -47,7 +52,7 @@ void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const S
   const std::size_t total = elementCount(dims);
   switch (kind) {
     case DataKind::Text: {
-      const std::unique_ptr<char, HostFree> bytes(static_cast<char*>(qvCalloc(total + 1, 1)));
+      const auto bytes = zeroedText(total, 1);
       checkStatus(readInto<TypeTraits<DataKind::Text>>(ncid, varid, where, bytes.get()), row);
       plhs[0] = makeCharOutput(dims, bytes.get(), total);
       return;
@@ -69,12 +74,12 @@ void readVariableData(DataKind kind, int ncid, int varid, nc_type xtype, const S
           row);
       return;
     default:
-      visitNumericKind(kind, [&](auto traits) {
-        using Traits = decltype(traits);
-        readNumeric<typename Traits::Element>(
-            Traits::hostClass, dims, plhs[0],
-            [&](auto* buffer) { return readInto<Traits>(ncid, varid, where, buffer); }, row);
-      });
+      readNumeric(
+          kind, dims, plhs[0],
+          [&](auto traits, auto* buffer) {
+            return readInto<decltype(traits)>(ncid, varid, where, buffer);
+          },
+          row);
   }
 }
 

@@ -23,6 +23,10 @@ struct Selection {
   bool whole = true;
 };
 
+// Lengths of the dimensions dimids, each asked through the status check.
+std::vector<std::size_t> dimensionLengths(int ncid, std::span<const int> dimids,
+                                          const OperationRow& row);
+
 // The number of elements of a selection or variable with these lengths: 0 when any is 0,
 // empty when the product does not fit 64 bits (a wrapped product could match a data
 // count and let netCDF-C read far past the data).

@@ -9,17 +9,13 @@
 #include "ops/data/data.hpp"
 #include "ops/data/subset.hpp"
 
-namespace {
-constexpr int kFirstOpId = 113;
-}
-
 void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inputs,
                        const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
-  const Selection where = getSubset(inputs + 2, nInputs > 4, nInputs == 6);
+  const Selection where = getSubset(inputs + 2, row.meaning.form);
   const qvArray* data = inputs[nInputs - 1];
-  const std::size_t count = numberOfElements(data);
+  const std::size_t count = qvGetNumberOfElements(data);
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   checkSubsetLengths(ncid, varid, where, LengthReport::OwnLength, row);
@@ -32,7 +28,5 @@ void handleWriteSubset(int, qvArrayPtr*, int nInputs, const qvArray* const* inpu
     qvErrMsgId(QUARNA::imagesci::netcdf::countNotEqualToData(reported, static_cast<long>(count)));
   }
 
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  writeVariableData(*kind, ncid, varid, where, data, row);
+  writeVariableData(*row.meaning.kind, ncid, varid, where, data, row);
 }

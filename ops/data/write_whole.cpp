@@ -10,29 +10,22 @@
 #include "ops/data/data.hpp"
 #include "ops/data/variable_io.hpp"
 
-namespace {
-constexpr int kFirstOpId = 100;
-}
-
 void handleWriteWhole(int, qvArrayPtr*, int, const qvArray* const* inputs,
                       const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int varid = getScalar<int>(inputs[1], "varid");
   const qvArray* data = inputs[2];
-  const std::size_t count = numberOfElements(data);
+  const std::size_t count = qvGetNumberOfElements(data);
   if (count == 0) qvErrMsgId(QUARNA::imagesci::netcdf::emptyVariableData());
 
   int ndims = 0;
   int dimids[NC_MAX_VAR_DIMS] = {};
   checkStatus(nc_inq_var(ncid, varid, nullptr, nullptr, &ndims, dimids, nullptr), row);
-  std::vector<std::size_t> lengths(static_cast<std::size_t>(ndims), 0);
-  for (int i = 0; i < ndims; ++i) checkStatus(nc_inq_dimlen(ncid, dimids[i], &lengths[i]), row);
+  const auto lengths = dimensionLengths(ncid, {dimids, static_cast<std::size_t>(ndims)}, row);
   const std::optional<std::size_t> product = elementProduct(lengths);
   if (product == 0u) qvErrMsgId(QUARNA::imagesci::netcdf::incompleteArgsForUnlimitedDimensions());
   // Element counts only: shapes are not compared.
   if (product != count) qvErrMsgId(QUARNA::imagesci::netcdf::dataSizeMismatch());
 
-  const auto kind = kindOfOperation(row.opId, kFirstOpId, false);
-  if (!kind) qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  writeVariableData(*kind, ncid, varid, Selection{}, data, row);
+  writeVariableData(*row.meaning.kind, ncid, varid, Selection{}, data, row);
 }

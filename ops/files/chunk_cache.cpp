@@ -1,49 +1,23 @@
 // The process-wide chunk cache of netCDF-4 files.
 #include <netcdf.h>
 
-#include <algorithm>
-#include <cstring>
-
 #include "convert/outputs.hpp"
 #include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/files/files.hpp"
 
-namespace {
-enum OpId { kSetChunkCache = 134, kGetChunkCache = 135 };
-
-// The preemption is taken as the single it should be, unchecked: the first four bytes of
-// whatever was given, never reading past its data block.
-float rawPreemption(const qvArray* a) {
+NETCDFLIB_HANDLER(handleGetChunkCache) {
+  std::size_t size = 0, nelems = 0;
   float preemption = 0.0f;
-  const std::size_t bytes = qvGetNumberOfElements(a) * qvElementSize(qvGetClassID(a));
-  if (qvGetData(a) != nullptr) {
-    std::memcpy(&preemption, qvGetData(a), std::min(bytes, sizeof preemption));
-  }
-  return preemption;
+  checkStatus(nc_get_chunk_cache(&size, &nelems, &preemption), row);
+  plhs[0] = makeDoubleScalar(static_cast<double>(size));
+  plhs[1] = makeDoubleScalar(static_cast<double>(nelems));
+  plhs[2] = makeDoubleScalar(preemption);
 }
-}  // namespace
 
-void handleChunkCache(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                      const OperationRow& row) {
-  switch (row.opId) {
-    case kGetChunkCache: {
-      std::size_t size = 0, nelems = 0;
-      float preemption = 0.0f;
-      checkStatus(nc_get_chunk_cache(&size, &nelems, &preemption), row);
-      plhs[0] = makeDoubleScalar(static_cast<double>(size));
-      plhs[1] = makeDoubleScalar(static_cast<double>(nelems));
-      plhs[2] = makeDoubleScalar(preemption);
-      return;
-    }
-    case kSetChunkCache: {
-      const auto size = getScalar<std::size_t>(inputs[0], "chunkSize");
-      const auto nelems = getScalar<std::size_t>(inputs[1], "nelems");
-      checkStatus(nc_set_chunk_cache(size, nelems, rawPreemption(inputs[2])), row);
-      return;
-    }
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+NETCDFLIB_HANDLER(handleSetChunkCache) {
+  const auto size = getScalar<std::size_t>(inputs[0], "chunkSize");
+  const auto nelems = getScalar<std::size_t>(inputs[1], "nelems");
+  checkStatus(nc_set_chunk_cache(size, nelems, getRawSingle(inputs[2])), row);
 }

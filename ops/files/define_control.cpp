@@ -8,50 +8,43 @@
 #include "gateway/status.hpp"
 #include "ops/files/files.hpp"
 
-namespace {
-enum OpId { kAbort = 0, kClose = 1, kPEndDef = 14, kEndDef = 15, kRedef = 126, kSync = 133 };
+void handleClose(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int status = nc_close(ncid);
+  // Forgotten even when closing fails: the id cannot be trusted any more.
+  OpenFileRegistry::remove(ncid);
+  checkStatus(status, row);
 }
 
-void handleDefineControl(int, qvArrayPtr*, int, const qvArray* const* inputs,
-                         const OperationRow& row) {
+void handleAbort(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
-  switch (row.opId) {
-    case kClose: {
-      const int status = nc_close(ncid);
-      // Forgotten even when closing fails: the id cannot be trusted any more.
-      OpenFileRegistry::remove(ncid);
-      checkStatus(status, row);
-      return;
-    }
-    case kAbort: {
-      // netCDF-C 4.9.0 forgets a netCDF-4 file when nc_abort fails on the id of a group
-      // the file does not have, yet leaves it open for good; such an id gets the status
-      // netCDF-C gives it anywhere else, before nc_abort sees it.
-      int attributes = 0;
-      checkStatus(nc_inq_natts(ncid, &attributes), row);
-      // Kept registered when aborting fails, so that unload still closes it.
-      checkStatus(nc_abort(ncid), row);
-      OpenFileRegistry::remove(ncid);
-      return;
-    }
-    case kEndDef:
-      checkStatus(nc_enddef(ncid), row);
-      return;
-    case kPEndDef: {
-      const auto hMinfree = getScalar<std::size_t>(inputs[1], "h_minfree");
-      const auto vAlign = getScalar<std::size_t>(inputs[2], "v_align");
-      const auto vMinfree = getScalar<std::size_t>(inputs[3], "v_minfree");
-      const auto rAlign = getScalar<std::size_t>(inputs[4], "r_align");
-      checkStatus(nc__enddef(ncid, hMinfree, vAlign, vMinfree, rAlign), row);
-      return;
-    }
-    case kRedef:
-      checkStatus(nc_redef(ncid), row);
-      return;
-    case kSync:
-      checkStatus(nc_sync(ncid), row);
-      return;
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+  // netCDF-C 4.9.0 forgets a netCDF-4 file when nc_abort fails on the id of a group the
+  // file does not have, yet leaves it open for good; such an id gets the status netCDF-C
+  // gives it anywhere else, before nc_abort sees it.
+  int attributes = 0;
+  checkStatus(nc_inq_natts(ncid, &attributes), row);
+  // Kept registered when aborting fails, so that unload still closes it.
+  checkStatus(nc_abort(ncid), row);
+  OpenFileRegistry::remove(ncid);
 }
+
+void handlePEndDef(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const auto hMinfree = getScalar<std::size_t>(inputs[1], "h_minfree");
+  const auto vAlign = getScalar<std::size_t>(inputs[2], "v_align");
+  const auto vMinfree = getScalar<std::size_t>(inputs[3], "v_minfree");
+  const auto rAlign = getScalar<std::size_t>(inputs[4], "r_align");
+  checkStatus(nc__enddef(ncid, hMinfree, vAlign, vMinfree, rAlign), row);
+}
+
+// "endDef", "redef", "sync": the netCDF-C call on the ncid, picked by the table.
+template <int (*call)(int)>
+void handleFileCall(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {
+  checkStatus(call(getScalar<int>(inputs[0], "ncid")), row);
+}
+template void handleFileCall<nc_enddef>(int, qvArrayPtr*, int, const qvArray* const*,
+                                        const OperationRow&);
+template void handleFileCall<nc_redef>(int, qvArrayPtr*, int, const qvArray* const*,
+                                       const OperationRow&);
+template void handleFileCall<nc_sync>(int, qvArrayPtr*, int, const qvArray* const*,
+                                      const OperationRow&);

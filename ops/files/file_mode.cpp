@@ -6,7 +6,7 @@
 #include <map>
 
 #include "convert/text.hpp"
-#include "convert/truncate.hpp"
+#include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 
 namespace {
@@ -44,15 +44,7 @@ int parseFileModeName(std::string text) {
 
 int getFileMode(const qvArray* a) {
   if (qvIsEmpty(a)) qvErrMsgId(QUARNA::imagesci::netcdf::argumentIsEmptySet("MODE"));
-  switch (qvGetClassID(a)) {
-    case qvCHAR_CLASS:
-      return parseFileModeName(getName(a, "file mode"));
-    case qvINT32_CLASS:
-      return *static_cast<const int*>(qvGetData(a));
-    // Taken as it stands: the first element, truncated, without further checks.
-    case qvDOUBLE_CLASS:
-      return truncateToInt(*static_cast<const double*>(qvGetData(a)));
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::badModeDatatype());
-  }
+  if (qvGetClassID(a) == qvCHAR_CLASS) return parseFileModeName(getName(a, "file mode"));
+  if (const auto mode = getRawInt(a)) return *mode;
+  qvErrMsgId(QUARNA::imagesci::netcdf::badModeDatatype());
 }

@@ -11,7 +11,6 @@
 #include "ops/files/files.hpp"
 
 namespace {
-enum OpId { kInq = 56, kInqFormat = 65, kInqLibVers = 70, kSetDefaultFormat = 130, kSetFill = 131 };
 
 std::string_view formatName(int format) {
   switch (format) {
@@ -37,45 +36,38 @@ std::string_view firstWord(std::string_view text) {
 }
 }  // namespace
 
-void handleFileSettings(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                        const OperationRow& row) {
-  switch (row.opId) {
-    case kSetFill: {
-      const int ncid = getScalar<int>(inputs[0], "ncid");
-      const int newMode = getScalar<int>(inputs[1], "new_fill_mode");
-      int oldMode = 0;
-      checkStatus(nc_set_fill(ncid, newMode, &oldMode), row);
-      plhs[0] = makeDoubleScalar(oldMode);
-      return;
-    }
-    case kSetDefaultFormat: {
-      const int format = getScalar<int>(inputs[0], "new default format");
-      int oldFormat = 0;
-      checkStatus(nc_set_default_format(format, &oldFormat), row);
-      plhs[0] = makeDoubleScalar(oldFormat);
-      return;
-    }
-    case kInqFormat: {
-      const int ncid = getScalar<int>(inputs[0], "ncid");
-      int format = 0;
-      checkStatus(nc_inq_format(ncid, &format), row);
-      plhs[0] = makeAsciiText(formatName(format));
-      return;
-    }
-    case kInqLibVers:
-      plhs[0] = makeAsciiText(firstWord(nc_inq_libvers()));
-      return;
-    case kInq: {
-      const int ncid = getScalar<int>(inputs[0], "ncid");
-      int ndims = 0, nvars = 0, ngatts = 0, unlimdimid = -1;
-      checkStatus(nc_inq(ncid, &ndims, &nvars, &ngatts, &unlimdimid), row);
-      plhs[0] = makeDoubleScalar(ndims);
-      plhs[1] = makeDoubleScalar(nvars);
-      plhs[2] = makeDoubleScalar(ngatts);
-      plhs[3] = makeDoubleScalar(unlimdimid);
-      return;
-    }
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+NETCDFLIB_HANDLER(handleSetFill) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int newMode = getScalar<int>(inputs[1], "new_fill_mode");
+  int oldMode = 0;
+  checkStatus(nc_set_fill(ncid, newMode, &oldMode), row);
+  plhs[0] = makeDoubleScalar(oldMode);
+}
+
+NETCDFLIB_HANDLER(handleSetDefaultFormat) {
+  const int format = getScalar<int>(inputs[0], "new default format");
+  int oldFormat = 0;
+  checkStatus(nc_set_default_format(format, &oldFormat), row);
+  plhs[0] = makeDoubleScalar(oldFormat);
+}
+
+NETCDFLIB_HANDLER(handleInqFormat) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  int format = 0;
+  checkStatus(nc_inq_format(ncid, &format), row);
+  plhs[0] = makeAsciiText(formatName(format));
+}
+
+NETCDFLIB_HANDLER(handleInqLibVers) {
+  plhs[0] = makeAsciiText(firstWord(nc_inq_libvers()));
+}
+
+NETCDFLIB_HANDLER(handleInq) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  int ndims = 0, nvars = 0, ngatts = 0, unlimdimid = -1;
+  checkStatus(nc_inq(ncid, &ndims, &nvars, &ngatts, &unlimdimid), row);
+  plhs[0] = makeDoubleScalar(ndims);
+  plhs[1] = makeDoubleScalar(nvars);
+  plhs[2] = makeDoubleScalar(ngatts);
+  plhs[3] = makeDoubleScalar(unlimdimid);
 }

@@ -3,14 +3,23 @@
 
 #include "gateway/operation.hpp"
 
-// "create", "pCreate", "open", "pOpen".
-NETCDFLIB_HANDLER(handleOpenCreate);
-// "close", "abort", "endDef", "pEndDef", "redef", "sync".
-NETCDFLIB_HANDLER(handleDefineControl);
-// "setFill", "setDefaultFormat", "inqFormat", "inqLibVers", "inq".
-NETCDFLIB_HANDLER(handleFileSettings);
-// "getChunkCache", "setChunkCache".
-NETCDFLIB_HANDLER(handleChunkCache);
+NETCDFLIB_HANDLER(handleCreate);
+NETCDFLIB_HANDLER(handlePCreate);
+NETCDFLIB_HANDLER(handleOpen);
+NETCDFLIB_HANDLER(handlePOpen);
+NETCDFLIB_HANDLER(handleClose);
+NETCDFLIB_HANDLER(handleAbort);
+NETCDFLIB_HANDLER(handlePEndDef);
+// "endDef", "redef", "sync": call on the ncid alone.
+template <int (*call)(int)>
+NETCDFLIB_HANDLER(handleFileCall);
+NETCDFLIB_HANDLER(handleSetFill);
+NETCDFLIB_HANDLER(handleSetDefaultFormat);
+NETCDFLIB_HANDLER(handleInqFormat);
+NETCDFLIB_HANDLER(handleInqLibVers);
+NETCDFLIB_HANDLER(handleInq);
+NETCDFLIB_HANDLER(handleGetChunkCache);
+NETCDFLIB_HANDLER(handleSetChunkCache);
 // Files held in memory.
 NETCDFLIB_HANDLER(handleOpenMem);
 NETCDFLIB_HANDLER(handleCreateMem);

@@ -19,7 +19,6 @@
 #include "ops/files/open_guards.hpp"
 
 namespace {
-enum OpId { kPCreate = 3, kCreate = 4, kPOpen = 84, kOpen = 85 };
 
 // Create failures carry no netCDF detail; only an existing file under "noclobber" has
 // its own error, and only for "create".
@@ -33,20 +32,6 @@ void checkCreateStatus(int status, bool overwriteHasOwnError, const OperationRow
   checkStatus(status, row);
 }
 
-int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
-               int* ncid) {
-  if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
-  // Under "noclobber" netCDF-C itself answers that the file exists.
-  if ((mode & NC_NOCLOBBER) == 0 && isOpenHere(path)) return EACCES;
-  return chunkSize == nullptr ? nc_create(path.c_str(), mode, ncid)
-                              : nc__create(path.c_str(), mode, initialSize, chunkSize, ncid);
-}
-
-int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
-  if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
-  return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
-                              : nc__open(path.c_str(), mode, chunkSize, ncid);
-}
 }  // namespace
 
 // netCDF-C 4.9.0 crashes on two modes instead of failing: creating a file in a
@@ -83,44 +68,65 @@ bool isOpenHere(const std::string& path) {
   return false;
 }
 
-void handleOpenCreate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                      const OperationRow& row) {
-  const std::string path = getFileName(inputs[0], "file");
-  const int mode = getFileMode(inputs[1]);
+namespace {
+
+int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
+               int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, true)) return refused;
+  // Under "noclobber" netCDF-C itself answers that the file exists.
+  if ((mode & NC_NOCLOBBER) == 0 && isOpenHere(path)) return EACCES;
+  return chunkSize == nullptr ? nc_create(path.c_str(), mode, ncid)
+                              : nc__create(path.c_str(), mode, initialSize, chunkSize, ncid);
+}
+
+int openFile(const std::string& path, int mode, std::size_t* chunkSize, int* ncid) {
+  if (const int refused = statusOfUnsafeMode(mode, false)) return refused;
+  return chunkSize == nullptr ? nc_open(path.c_str(), mode, ncid)
+                              : nc__open(path.c_str(), mode, chunkSize, ncid);
+}
+
+struct FileArguments {
+  std::string path;
+  int mode;
   int ncid = -1;
-  switch (row.opId) {
-    case kCreate: {
-      checkCreateStatus(createFile(path, mode, 0, nullptr, &ncid), true, row);
-      OpenFileRegistry::add(ncid);
-      plhs[0] = makeDoubleScalar(ncid);
-      return;
-    }
-    case kPCreate: {
-      const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
-      auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
-      checkCreateStatus(createFile(path, mode, initialSize, &chunkSize, &ncid), false, row);
-      // Deliberately not registered: unload leaves such files alone.
-      plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
-      plhs[1] = makeDoubleScalar(ncid);
-      return;
-    }
-    case kOpen: {
-      checkStatus(openFile(path, mode, nullptr, &ncid), row);
-      OpenFileRegistry::add(ncid);
-      plhs[0] = makeDoubleScalar(ncid);
-      return;
-    }
-    case kPOpen: {
-      auto chunkSize = getScalar<std::size_t>(inputs[2], "chunksizehint");
-      const int status = openFile(path, mode, &chunkSize, &ncid);
-      // A positive status (a system error number) passes without an error here.
-      if (status < 0) checkStatus(status, row);
-      OpenFileRegistry::add(ncid);
-      plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
-      plhs[1] = makeDoubleScalar(ncid);
-      return;
-    }
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
-  }
+};
+
+FileArguments fileArguments(const qvArray* const* inputs) {
+  return {getFileName(inputs[0], "file"), getFileMode(inputs[1])};
+}
+}  // namespace
+
+NETCDFLIB_HANDLER(handleCreate) {
+  auto [path, mode, ncid] = fileArguments(inputs);
+  checkCreateStatus(createFile(path, mode, 0, nullptr, &ncid), true, row);
+  OpenFileRegistry::add(ncid);
+  plhs[0] = makeDoubleScalar(ncid);
+}
+
+NETCDFLIB_HANDLER(handlePCreate) {
+  auto [path, mode, ncid] = fileArguments(inputs);
+  const auto initialSize = getScalar<std::size_t>(inputs[2], "initialsize");
+  auto chunkSize = getScalar<std::size_t>(inputs[3], "chunksize");
+  checkCreateStatus(createFile(path, mode, initialSize, &chunkSize, &ncid), false, row);
+  // Deliberately not registered: unload leaves such files alone.
+  plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
+  plhs[1] = makeDoubleScalar(ncid);
+}
+
+NETCDFLIB_HANDLER(handleOpen) {
+  auto [path, mode, ncid] = fileArguments(inputs);
+  checkStatus(openFile(path, mode, nullptr, &ncid), row);
+  OpenFileRegistry::add(ncid);
+  plhs[0] = makeDoubleScalar(ncid);
+}
+
+NETCDFLIB_HANDLER(handlePOpen) {
+  auto [path, mode, ncid] = fileArguments(inputs);
+  auto chunkSize = getScalar<std::size_t>(inputs[2], "chunksizehint");
+  const int status = openFile(path, mode, &chunkSize, &ncid);
+  // A positive status (a system error number) passes without an error here.
+  if (status < 0) checkStatus(status, row);
+  OpenFileRegistry::add(ncid);
+  plhs[0] = makeDoubleScalar(static_cast<double>(chunkSize));
+  plhs[1] = makeDoubleScalar(ncid);
 }

@@ -17,8 +17,6 @@
 #include "qvhost/text.hpp"
 
 namespace {
-enum OpId { kDefVarFill = 10, kInqVarFill = 82 };
-
 constexpr const char* kFillValue = "FILLVALUE";
 
 [[noreturn]] void unhandledFill(nc_type xtype) {
@@ -54,7 +52,7 @@ void defineFill(int ncid, int varid, const qvArray* value, const OperationRow& r
   if (const auto kind = numericKindOf(xtype)) {
     visitNumericKind(*kind, [&](auto traits) {
       using T = typename decltype(traits)::Element;
-      const T fill = getScalar<T>(value, kFillValue);
+      const T fill = getScalar<T>(value, kFillValue, ScalarUse::FillValue);
       checkStatus(nc_def_var_fill(ncid, varid, 0, &fill), row);
     });
   } else if (xtype == NC_CHAR) {
@@ -77,7 +75,12 @@ void defineFill(int ncid, int varid, const qvArray* value, const OperationRow& r
   }
 }
 
-void inquireFill(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row) {
+}  // namespace
+
+void handleInqVarFill(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                      const OperationRow& row) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  const int varid = getScalar<int>(inputs[1], "varid");
   nc_type xtype = NC_NAT;
   checkStatus(nc_inq_vartype(ncid, varid, &xtype), row);
   int noFill = 0;
@@ -93,7 +96,7 @@ void inquireFill(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row)
   } else if (const auto cls = hostClassOf(xtype)) {
     // netCDF-C writes the value straight into the element; a char fill's one byte lands
     // in the low byte of the zeroed 16-bit character.
-    fill = matrix::detail::do_create_numeric(std::vector<std::uint64_t>{1, 1}, *cls, qvREAL);
+    fill = makeScalarOf(*cls);
     checkStatus(nc_inq_var_fill(ncid, varid, &noFill, qvGetData(fill.get())), row);
   } else {
     const nc_type base = fillVlenBase(ncid, xtype, row);
@@ -107,29 +110,17 @@ void inquireFill(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row)
   plhs[0] = makeLogicalScalar(noFill != 0);
   plhs[1] = std::move(fill);
 }
-}  // namespace
 
-void handleFillValues(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+// Unlike the other operations, it names its inputs in upper case.
+void handleDefVarFill(int, qvArrayPtr*, int, const qvArray* const* inputs,
                       const OperationRow& row) {
-  // Only the define operation names its inputs in upper case.
-  const bool define = row.opId == kDefVarFill;
-  const int ncid = getScalar<int>(inputs[0], define ? "NCID" : "ncid");
-  const int varid = getScalar<int>(inputs[1], define ? "VARID" : "varid");
-  switch (row.opId) {
-    case kDefVarFill: {
-      const bool noFill = getLogicalFlag(inputs[2], "FILL FLAG");
-      if (noFill) {
-        refuseNoFillOfVlen(ncid, varid, row);
-        checkStatus(nc_def_var_fill(ncid, varid, 1, nullptr), row);
-      } else {
-        defineFill(ncid, varid, inputs[3], row);
-      }
-      return;
-    }
-    case kInqVarFill:
-      inquireFill(ncid, varid, plhs, row);
-      return;
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+  const int ncid = getScalar<int>(inputs[0], "NCID");
+  const int varid = getScalar<int>(inputs[1], "VARID");
+  const bool noFill = getLogicalFlag(inputs[2], "FILL FLAG");
+  if (noFill) {
+    refuseNoFillOfVlen(ncid, varid, row);
+    checkStatus(nc_def_var_fill(ncid, varid, 1, nullptr), row);
+  } else {
+    defineFill(ncid, varid, inputs[3], row);
   }
 }

@@ -10,8 +10,7 @@ namespace {
 
 bool isNetcdf4(int ncid) {
   int format = 0;
-  return nc_inq_format(ncid, &format) == NC_NOERR &&
-         (format == NC_FORMAT_NETCDF4 || format == NC_FORMAT_NETCDF4_CLASSIC);
+  return nc_inq_format(ncid, &format) == NC_NOERR && isNetcdf4Format(format);
 }
 
 // Of this group only: nc_inq_dimid would also find the parents' dimensions.

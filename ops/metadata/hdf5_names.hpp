@@ -5,9 +5,16 @@
 // stays open for good. Such names get the status netCDF-C gives the other clashes.
 #pragma once
 
+#include <netcdf.h>
+
 #include <string>
 
 #include "gateway/operation.hpp"
+
+// Whether a format (nc_inq_format) keeps its data in HDF5.
+constexpr bool isNetcdf4Format(int format) noexcept {
+  return format == NC_FORMAT_NETCDF4 || format == NC_FORMAT_NETCDF4_CLASSIC;
+}
 
 enum class NewObject { Dimension, GroupOrType };
 

@@ -11,27 +11,31 @@
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
 #include "ops/metadata/filter_guards.hpp"
+#include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/metadata.hpp"
 
 namespace {
-enum OpId {
-  kDefVarChunking = 8,
-  kDefVarDeflate = 9,
-  kDefVarFletcher32 = 11,
-  kInqVarChunking = 78,
-  kInqVarDeflate = 79,
-  kInqVarFletcher32 = 83
-};
-
 // The inquiries refuse files without netCDF-4 storage before asking about the variable.
 template <class ID>
 void requireNetcdf4(int ncid, const OperationRow& row) {
   int format = 0;
   checkStatus(nc_inq_format(ncid, &format), row);
-  if (format != NC_FORMAT_NETCDF4 && format != NC_FORMAT_NETCDF4_CLASSIC) qvErrMsgId(ID());
+  if (!isNetcdf4Format(format)) qvErrMsgId(ID());
 }
 
-void defineChunking(int ncid, int varid, const qvArray* const* inputs, const OperationRow& row) {
+struct VariableRef {
+  int ncid, varid;
+};
+
+VariableRef variableOf(const qvArray* const* inputs) {
+  const int ncid = getScalar<int>(inputs[0], "ncid");
+  return {ncid, getScalar<int>(inputs[1], "varid")};
+}
+}  // namespace
+
+void handleDefVarChunking(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                          const OperationRow& row) {
+  const auto [ncid, varid] = variableOf(inputs);
   const int storage = getScalar<int>(inputs[2], "storage");
   // Host order in, netCDF order out.
   const std::vector<std::size_t> chunks = getChunkSizeRow(inputs[3], "chunk dims");
@@ -49,7 +53,9 @@ void defineChunking(int ncid, int varid, const qvArray* const* inputs, const Ope
               row);
 }
 
-void inquireChunking(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& row) {
+void handleInqVarChunking(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                          const OperationRow& row) {
+  const auto [ncid, varid] = variableOf(inputs);
   requireNetcdf4<QUARNA::imagesci::netcdf::attemptedChunkingInquiryOnNetcdf3File>(ncid, row);
   int ndims = 0;
   checkStatus(nc_inq_varndims(ncid, varid, &ndims), row);
@@ -59,68 +65,53 @@ void inquireChunking(int ncid, int varid, qvArrayPtr* plhs, const OperationRow& 
               row);
   if (storage == NC_CONTIGUOUS) {
     plhs[0] = makeAsciiText("contiguous");
-    plhs[1] =
-        matrix::detail::do_create_numeric(std::vector<std::uint64_t>{0, 0}, qvDOUBLE_CLASS, qvREAL);
+    plhs[1] = makeEmptyDouble();
   } else if (storage == NC_CHUNKED) {
-    qvArrayPtr sizes = matrix::detail::do_create_uninitnumeric(
-        std::vector<std::uint64_t>{1, chunks.size()}, qvDOUBLE_CLASS, qvREAL);
-    // Back in host order.
-    std::transform(chunks.rbegin(), chunks.rend(), static_cast<double*>(qvGetData(sizes.get())),
-                   [](std::size_t c) { return static_cast<double>(c); });
     plhs[0] = makeAsciiText("chunked");
-    plhs[1] = std::move(sizes);
+    plhs[1] = makeHostOrderRow(chunks);
   } else {
     qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedChunkingCode(storage));
   }
 }
-}  // namespace
 
-void handleStorage(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
-                   const OperationRow& row) {
-  const int ncid = getScalar<int>(inputs[0], "ncid");
-  const int varid = getScalar<int>(inputs[1], "varid");
-  switch (row.opId) {
-    case kDefVarChunking:
-      defineChunking(ncid, varid, inputs, row);
-      return;
-    case kInqVarChunking:
-      inquireChunking(ncid, varid, plhs, row);
-      return;
-    case kDefVarDeflate: {
-      const bool shuffle = getLogicalFlag(inputs[2], "shuffle flag");
-      const bool deflate = getLogicalFlag(inputs[3], "deflate flag");
-      // Without deflation the level is not looked at, whatever it is.
-      const int level = deflate ? getScalar<int>(inputs[4], "deflate level") : 0;
-      checkStatus(nc_def_var_deflate(ncid, varid, shuffle ? 1 : 0, deflate ? 1 : 0, level), row);
-      return;
-    }
-    case kInqVarDeflate: {
-      int shuffle = 0, deflate = 0, level = 0;
-      checkStatus(nc_inq_var_deflate(ncid, varid, &shuffle, &deflate, &level), row);
-      plhs[0] = makeLogicalScalar(shuffle == 1);
-      plhs[1] = makeLogicalScalar(deflate == 1);
-      plhs[2] = makeDoubleScalar(deflate == 1 ? level : 0);
-      return;
-    }
-    case kDefVarFletcher32: {
-      const int setting = getScalar<int>(inputs[2], "checksum setting");
-      checkStatus(nc_def_var_fletcher32(ncid, varid, setting), row);
-      return;
-    }
-    case kInqVarFletcher32: {
-      requireNetcdf4<QUARNA::imagesci::netcdf::attemptedChecksumInquiryOnNetcdf3File>(ncid, row);
-      int setting = -1;
-      checkStatus(nc_inq_var_fletcher32(ncid, varid, &setting), row);
-      if (setting == NC_NOCHECKSUM) {
-        plhs[0] = makeAsciiText("NOCHECKSUM");
-      } else if (setting == NC_FLETCHER32) {
-        plhs[0] = makeAsciiText("FLETCHER32");
-      } else {
-        qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedFletcher32Setting(setting));
-      }
-      return;
-    }
-    default:
-      qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedOperation(row.name));
+void handleDefVarDeflate(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                         const OperationRow& row) {
+  const auto [ncid, varid] = variableOf(inputs);
+  const bool shuffle = getLogicalFlag(inputs[2], "shuffle flag");
+  const bool deflate = getLogicalFlag(inputs[3], "deflate flag");
+  // Without deflation the level is not looked at, whatever it is.
+  const int level = deflate ? getScalar<int>(inputs[4], "deflate level") : 0;
+  checkStatus(nc_def_var_deflate(ncid, varid, shuffle ? 1 : 0, deflate ? 1 : 0, level), row);
+}
+
+void handleInqVarDeflate(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                         const OperationRow& row) {
+  const auto [ncid, varid] = variableOf(inputs);
+  int shuffle = 0, deflate = 0, level = 0;
+  checkStatus(nc_inq_var_deflate(ncid, varid, &shuffle, &deflate, &level), row);
+  plhs[0] = makeLogicalScalar(shuffle == 1);
+  plhs[1] = makeLogicalScalar(deflate == 1);
+  plhs[2] = makeDoubleScalar(deflate == 1 ? level : 0);
+}
+
+void handleDefVarFletcher32(int, qvArrayPtr*, int, const qvArray* const* inputs,
+                            const OperationRow& row) {
+  const auto [ncid, varid] = variableOf(inputs);
+  const int setting = getScalar<int>(inputs[2], "checksum setting");
+  checkStatus(nc_def_var_fletcher32(ncid, varid, setting), row);
+}
+
+void handleInqVarFletcher32(int, qvArrayPtr* plhs, int, const qvArray* const* inputs,
+                            const OperationRow& row) {
+  const auto [ncid, varid] = variableOf(inputs);
+  requireNetcdf4<QUARNA::imagesci::netcdf::attemptedChecksumInquiryOnNetcdf3File>(ncid, row);
+  int setting = -1;
+  checkStatus(nc_inq_var_fletcher32(ncid, varid, &setting), row);
+  if (setting == NC_NOCHECKSUM) {
+    plhs[0] = makeAsciiText("NOCHECKSUM");
+  } else if (setting == NC_FLETCHER32) {
+    plhs[0] = makeAsciiText("FLETCHER32");
+  } else {
+    qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedFletcher32Setting(setting));
   }
 }

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <type_traits>
 
-#include "convert/numeric_run.hpp"
+#include "qvhost/array.hpp"
 #include "qvhost/strings.hpp"
 
 namespace fuzz {
@@ -121,7 +121,7 @@ T special(std::uint8_t index) {
 qvArrayPtr numericScalar(qvClassID cls, double value, bool fromIntegerTable, std::uint8_t index) {
   const std::array<std::uint64_t, 2> dims{1, 1};
   qvArrayPtr a = matrix::detail::do_create_numeric(dims, cls, qvREAL);
-  visitNumericClass(cls, [&](auto tag) {
+  qvVisitNumeric(cls, [&](auto tag) {
     using T = decltype(tag);
     *static_cast<T*>(qvGetData(a.get())) =
         fromIntegerTable ? special<T>(index) : fromDouble<T>(value);
@@ -135,7 +135,7 @@ qvArrayPtr numericArray(const ArgSpec& arg) {
   const auto dims = extentsOf(arg.shape, kMaxDataElements);
   qvArrayPtr a = matrix::detail::do_create_numeric(dims, cls, complex ? qvCOMPLEX : qvREAL);
   const std::size_t n = elementCountOf(dims);
-  visitNumericClass(cls, [&](auto tag) {
+  qvVisitNumeric(cls, [&](auto tag) {
     using T = decltype(tag);
     auto* out = static_cast<T*>(qvGetData(a.get()));
     for (std::size_t i = 0; i < n; ++i) {
@@ -247,7 +247,7 @@ std::vector<double> numericValues(const qvArray* a, std::size_t limit) {
   const qvClassID cls = qvGetClassID(a);
   if (!qvIsNumericClassID(cls) || qvIsComplex(a)) return {};
   std::vector<double> out(std::min(qvGetNumberOfElements(a), limit));
-  visitNumericClass(cls, [&](auto tag) {
+  qvVisitNumeric(cls, [&](auto tag) {
     using T = decltype(tag);
     const auto* values = static_cast<const T*>(qvGetData(a));
     for (std::size_t i = 0; i < out.size(); ++i) out[i] = static_cast<double>(values[i]);

@@ -179,16 +179,16 @@ TEST(GetScalar, NonFiniteOnlyForFillValue) {
   const qvArrayPtr inf = test::scalar<double>(kInf);
   const qvArrayPtr negInf = test::scalar<double>(-kInf);
   const qvArrayPtr singleInf = test::scalar<float>(std::numeric_limits<float>::infinity());
-  EXPECT_TRUE(std::isnan(getScalar<double>(nan.get(), "FILLVALUE")));
-  EXPECT_TRUE(std::isnan(getScalar<float>(nan.get(), "FILLVALUE")));
-  EXPECT_EQ(getScalar<double>(inf.get(), "FILLVALUE"), kInf);
-  EXPECT_EQ(getScalar<float>(singleInf.get(), "FILLVALUE"), std::numeric_limits<float>::infinity());
+  EXPECT_TRUE(std::isnan(getScalar<double>(nan.get(), "FILLVALUE", ScalarUse::FillValue)));
+  EXPECT_TRUE(std::isnan(getScalar<float>(nan.get(), "FILLVALUE", ScalarUse::FillValue)));
+  EXPECT_EQ(getScalar<double>(inf.get(), "FILLVALUE", ScalarUse::FillValue), kInf);
+  EXPECT_EQ(getScalar<float>(singleInf.get(), "FILLVALUE", ScalarUse::FillValue), std::numeric_limits<float>::infinity());
   // A double Inf does not fit a single: the float range check is strict.
-  EXPECT_THROW(getScalar<float>(inf.get(), "FILLVALUE"), boost::numeric::positive_overflow);
-  EXPECT_THROW(getScalar<int>(inf.get(), "FILLVALUE"), boost::numeric::positive_overflow);
-  EXPECT_THROW(getScalar<short>(negInf.get(), "FILLVALUE"), boost::numeric::negative_overflow);
+  EXPECT_THROW(getScalar<float>(inf.get(), "FILLVALUE", ScalarUse::FillValue), boost::numeric::positive_overflow);
+  EXPECT_THROW(getScalar<int>(inf.get(), "FILLVALUE", ScalarUse::FillValue), boost::numeric::positive_overflow);
+  EXPECT_THROW(getScalar<short>(negInf.get(), "FILLVALUE", ScalarUse::FillValue), boost::numeric::negative_overflow);
   // NaN passes the integer range check; it has no integer value and gives 0.
-  EXPECT_EQ(getScalar<int>(nan.get(), "FILLVALUE"), 0);
+  EXPECT_EQ(getScalar<int>(nan.get(), "FILLVALUE", ScalarUse::FillValue), 0);
 }
 
 TEST(GetScalar, NotOneElement) {
@@ -199,9 +199,9 @@ TEST(GetScalar, NotOneElement) {
   EXPECT_MSGID(getScalar<int>(empty.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
   EXPECT_MSGID(getScalar<int>(emptyCols.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
   EXPECT_MSGID(getScalar<int>(pair.get(), "ncid"), kBadScalar, args("ncid", "numeric"));
-  EXPECT_MSGID(getScalar<double>(empty.get(), "FILLVALUE"), kFillBad, args());
-  EXPECT_MSGID(getScalar<float>(pair.get(), "FILLVALUE"), kFillBad, args());
-  EXPECT_MSGID(getScalar<int>(empty.get(), "FILLVALUE"), kBadScalar, args("FILLVALUE", "numeric"));
+  EXPECT_MSGID(getScalar<double>(empty.get(), "FILLVALUE", ScalarUse::FillValue), kFillBad, args());
+  EXPECT_MSGID(getScalar<float>(pair.get(), "FILLVALUE", ScalarUse::FillValue), kFillBad, args());
+  EXPECT_MSGID(getScalar<int>(empty.get(), "FILLVALUE", ScalarUse::FillValue), kBadScalar, args("FILLVALUE", "numeric"));
   EXPECT_MSGID(getScalar<double>(pair.get(), "value"), kBadScalar, args("value", "numeric"));
 }
 
@@ -217,7 +217,7 @@ TEST(GetScalar, NonNumericAndComplexRefused) {
   for (const auto& [label, a] : refused) {
     SCOPED_TRACE(label);
     EXPECT_MSGID(getScalar<int>(a.get(), "varid"), kBadScalar, args("varid", "numeric"));
-    EXPECT_MSGID(getScalar<double>(a.get(), "FILLVALUE"), kBadScalar, args("FILLVALUE", "numeric"));
+    EXPECT_MSGID(getScalar<double>(a.get(), "FILLVALUE", ScalarUse::FillValue), kBadScalar, args("FILLVALUE", "numeric"));
   }
 }
 

@@ -10,6 +10,8 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 // Class ids. The ten numeric classes are consecutive, in this exact order, so that
@@ -41,6 +43,27 @@ enum qvComplexity : int { qvREAL = 0, qvCOMPLEX = 1 };
 
 constexpr bool qvIsNumericClassID(qvClassID c) noexcept {
   return c >= qvDOUBLE_CLASS && c <= qvUINT64_CLASS;
+}
+
+// Element types of the numeric classes, in class-id order: the one place that ties a
+// numeric class to its C++ type.
+using qvNumericTypes = std::tuple<double, float, std::int8_t, std::uint8_t, std::int16_t,
+                                  std::uint16_t, std::int32_t, std::uint32_t, std::int64_t,
+                                  std::uint64_t>;
+static_assert(qvUINT64_CLASS - qvDOUBLE_CLASS + 1 == std::tuple_size_v<qvNumericTypes>);
+
+// Calls f(T{}) with the element type T of numeric class cls and returns its result.
+// cls must be numeric.
+template <class F>
+decltype(auto) qvVisitNumeric(qvClassID cls, F&& f) {
+  return [&]<std::size_t... I>(std::index_sequence<I...>) -> decltype(auto) {
+    using R = decltype(f(double{}));
+    using Call = R (*)(F&);
+    static constexpr Call kCalls[] = {[](F& g) -> R {
+      return g(std::tuple_element_t<I, qvNumericTypes>{});
+    }...};
+    return kCalls[cls - qvDOUBLE_CLASS](f);
+  }(std::make_index_sequence<std::tuple_size_v<qvNumericTypes>>{});
 }
 
 // Bytes per element of a class (char: one UTF-16 code unit; cell, string: one table
@@ -98,8 +121,6 @@ bool qvIsNumeric(const qvArray* a) noexcept;
 bool qvIsCharVector(const qvArray* a) noexcept;
 bool qvIsLogicalScalar(const qvArray* a) noexcept;
 bool* qvGetLogicals(const qvArray* a) noexcept;
-bool qvIsNaN(double v) noexcept;
-bool qvIsInf(double v) noexcept;
 
 // ---- cells -----------------------------------------------------------------
 // The cell takes ownership of elem; a null elem stands for an empty element.
