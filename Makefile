@@ -3,14 +3,17 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
+# The project's own builds treat warnings as errors; a plain cmake build does not.
+WERROR = -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 
-.PHONY: deps configure build demo test sanitize-test bench fuzz fuzz-seeds format clean
+.PHONY: deps configure build demo test sanitize-test coverage count release-check \
+  octave-package package-check bench fuzz fuzz-seeds format clean
 
 deps:
 	@sh scripts/install-deps.sh
 
 configure: deps
-	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >/dev/null
+	@cmake -S . -B $(BUILD) $(WERROR) $(CMAKE_FLAGS) >/dev/null
 
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
@@ -23,11 +26,46 @@ test: build
 
 # The whole suite again under ASan, UBSan and LeakSanitizer.
 sanitize-test: deps
-	@cmake -S . -B $(ASAN_BUILD) -DNETCDFLIB_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
+	@cmake -S . -B $(ASAN_BUILD) $(WERROR) -DNETCDFLIB_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
 	@cmake --build $(ASAN_BUILD) -j $(JOBS)
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:halt_on_error=1:abort_on_error=1 \
 	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp \
 	  UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+# Line and function coverage of the product code (everything outside tests/, bench/ and
+# examples/) by the whole suite, Octave bridge included, then the suite's size against it.
+COV_BUILD ?= build-coverage
+coverage: deps
+	@cmake -S . -B $(COV_BUILD) -DNETCDFLIB_COVERAGE=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
+	@cmake --build $(COV_BUILD) -j $(JOBS)
+	@find $(COV_BUILD) -name '*.gcda' -delete
+	@cd $(COV_BUILD) && ctest -j $(JOBS) >ctest.log; status=$$?; tail -n 3 ctest.log; exit $$status
+	@gcovr --root . --object-directory $(COV_BUILD) --exclude '(.*/)?tests/' --exclude 'bench/' \
+	  --exclude 'examples/' --exclude '$(COV_BUILD)/' --exclude '.*/FuzzedDataProvider.h' \
+	  --exclude-throw-branches --gcov-ignore-parse-errors \
+	  --txt $(COV_BUILD)/coverage.txt --print-summary | tail -n 3
+	@/usr/bin/python3 scripts/count-lines.py
+
+# The suite's size against the product code's, in code lines (see scripts/count-lines.py).
+count:
+	@/usr/bin/python3 scripts/count-lines.py
+
+# What users get: a Release build with warnings as errors, installed into a temporary prefix
+# and used from a C++ program outside the tree (find_package, pkg-config) and from Octave.
+RELEASE_BUILD ?= build-release
+release-check: deps
+	@cmake -S . -B $(RELEASE_BUILD) -DCMAKE_BUILD_TYPE=Release $(WERROR) >/dev/null
+	@cmake --build $(RELEASE_BUILD) -j $(JOBS)
+	@sh tests/install/check-install.sh $(RELEASE_BUILD)
+
+# netcdflib-<version>.tar.gz, a package for Octave's `pkg install`.
+octave-package: deps
+	@sh scripts/octave-package.sh .
+
+# The package installed with `pkg install` into a temporary Octave prefix and used from a
+# new octave-cli after `pkg load netcdflib`, then uninstalled.
+package-check: deps
+	@sh tests/install/check-octave-package.sh $$(sh scripts/octave-package.sh .)
 
 # Benchmarks, not part of `make test`: every workload through netCDF-C, netcdflib from C++
 # and from Octave, and python3-netcdf4, with a table of the figures (see README). Needs
@@ -53,7 +91,7 @@ FUZZ_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
   UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 fuzz: deps
-	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+	@cmake -S . -B $(FUZZ_BUILD) $(WERROR) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target netcdflib_fuzzer
 	@mkdir -p $(FUZZ_BUILD)/fuzz-corpus $(FUZZ_BUILD)/fuzz-artifacts
@@ -69,7 +107,7 @@ fuzz: deps
 
 # Rewrites the committed seed corpus from tests/fuzz/seed_*.cpp.
 fuzz-seeds: deps
-	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+	@cmake -S . -B $(FUZZ_BUILD) $(WERROR) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target make_seeds
 	@rm -f tests/fuzz/corpus/seed-*
@@ -79,4 +117,4 @@ format:
 	@find gateway convert ops host octave tests examples bench -name '*.[ch]pp' -o -name '*.cc' | xargs clang-format -i
 
 clean:
-	@rm -rf $(BUILD) $(ASAN_BUILD)
+	@rm -rf $(BUILD) $(ASAN_BUILD) $(RELEASE_BUILD) netcdflib-*.tar.gz

@@ -26,14 +26,28 @@ std::string utf8OrInvalidChar(Convert&& convert) {
   }
 }
 
+// netCDF-C takes names as C strings: the text after a NUL would be dropped silently, and
+// another file or object than the one named used.
+void refuseNul(const std::string& text, const std::string& argName) {
+  if (text.find('\0') != std::string::npos) {
+    qvErrMsgId(QUARNA::imagesci::netcdf::nameContainsNul(argName));
+  }
+}
+
 }  // namespace
 
-std::string getName(const qvArray* a, const std::string& argName) {
+std::string getCharText(const qvArray* a, const std::string& argName) {
   // Any empty char array counts, whatever its shape: the empty name.
   if (!qvIsCharVector(a) && !(isChar(a) && qvIsEmpty(a))) {
     qvErrMsgId(QUARNA::imagesci::netcdf::argumentWasNotChar(argName));
   }
   return utf8OrInvalidChar([&] { return matrix::get_string(a, utf8Converter()); });
+}
+
+std::string getName(const qvArray* a, const std::string& argName) {
+  std::string name = getCharText(a, argName);
+  refuseNul(name, argName);
+  return name;
 }
 
 std::string getFileName(const qvArray* a, const std::string& argName) {
@@ -46,7 +60,9 @@ std::string getFileName(const qvArray* a, const std::string& argName) {
   }
   try {
     const codecvt_ustring_to_narrow_string converter(false);
-    return converter.do_convert(text.data(), text.size());
+    std::string path = converter.do_convert(text.data(), text.size());
+    refuseNul(path, argName);
+    return path;
   } catch (const FsysExceptionBase&) {
     qvErrMsgId(QUARNA::imagesci::netcdf::invalidCharErr());
   }

@@ -11,10 +11,13 @@
 
 // A char row or any empty char array, as UTF-8; else argumentWasNotChar(argName), and
 // invalidCharErr for text without a UTF-8 form (a lone surrogate).
+std::string getCharText(const qvArray* a, const std::string& argName);
+// The same for a name netCDF-C takes as a C string: nameContainsNul(argName) for a NUL.
 std::string getName(const qvArray* a, const std::string& argName);
 
 // Any char array, in the narrow file-name encoding; argumentWasNotChar(argName) for
-// other classes, invalidCharErr for text the encoding cannot represent.
+// other classes, invalidCharErr for text the encoding cannot represent, nameContainsNul
+// for a NUL.
 std::string getFileName(const qvArray* a, const std::string& argName);
 
 // A name netCDF-C returned (NUL-terminated UTF-8) as a 1-by-n char row.

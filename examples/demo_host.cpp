@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "gateway/netcdflib.hpp"
+#include "netcdflib.hpp"
 #include "qvhost/qvhost.hpp"
 
 namespace {

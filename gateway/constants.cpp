@@ -211,7 +211,7 @@ const char* publishedErrorName(int status) noexcept {
 
 void handleParameter(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/, const qvArray* const* inputs,
                      const OperationRow& /*row*/) {
-  plhs[0] = constantValue(shortNameOf(getName(inputs[0], "parameter")));
+  plhs[0] = constantValue(shortNameOf(getCharText(inputs[0], "parameter")));
 }
 
 void handleGetConstantNames(int /*nlhs*/, qvArrayPtr* plhs, int /*nInputs*/,

@@ -4,6 +4,8 @@
 #include "gateway/dispatch.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/netcdflib.hpp"
+#include "gateway/registry.hpp"
+#include "gateway/row_shapes.hpp"
 #include "gateway/startup.hpp"
 
 namespace {
@@ -24,6 +26,11 @@ void dispatchOperation(std::span<const OperationRow> table, int nlhs, qvArrayPtr
   const HostText name(nrhs >= 1 ? qvArrayToString(prhs[0]) : nullptr);
   const int nInputs = nrhs - 1;
   const OperationRow& row = lookupOperation(table, name.get(), nInputs);
+  // Before anything is done, so that a call refused for its outputs changes nothing.
+  if (const int made = outputCount(row); nlhs > made) {
+    qvErrMsgId(QUARNA::imagesci::validate::tooManyOutputs(row.name, made));
+  }
+  OpenFileRegistry::refuseReleasedIds(row, nInputs, prhs + 1);
   try {
     row.handler(nlhs, plhs, nInputs, prhs + 1, row);
   } catch (const boost::numeric::bad_numeric_cast&) {

@@ -60,6 +60,7 @@ NC_ID(invalidChunkParameter);
 NC_ID(invalidNaNInfForIntegerType);
 NC_ID(libraryFailure);
 NC_ID(librarydapFailure);
+NC_ID(nameContainsNul);
 NC_ID(rowLengthOutOfBounds);
 NC_ID(unhandledAttributeOperation);
 NC_ID(unhandledFillDatatype);
@@ -76,6 +77,7 @@ NC_ID(unrecognizedVarDatatype);
 
 namespace QUARNA::imagesci::validate {
 NETCDFLIB_MSGID("QUARNA:imagesci:validate", argumentOutOfBounds);
+NETCDFLIB_MSGID("QUARNA:imagesci:validate", tooManyOutputs);
 NETCDFLIB_MSGID("QUARNA:imagesci:validate", wrongNumberOfInputs);
 }  // namespace QUARNA::imagesci::validate
 

@@ -3,8 +3,12 @@
 #include <netcdf.h>
 
 #include <map>
+#include <set>
 
+#include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
+#include "gateway/row_shapes.hpp"
+#include "gateway/status.hpp"
 #include "qvhost/msgid.hpp"
 
 namespace {
@@ -12,8 +16,25 @@ struct OpenFile {
   bool inMemory = false;
   OpenFileRegistry::FileImage image;
 };
-// Lives from load to unload; the host calls QNTerminate before destroying it.
+// Live from load to unload; the host calls QNTerminate before destroying them.
 std::map<int, OpenFile> openFiles;
+// Files of released ids, by netCDF-C's file part of an id (its bits above the group's).
+std::set<int> releasedFiles;
+
+int filePart(int ncid) { return ncid >> 16; }
+
+bool isReleased(const qvArray* id) {
+  if (releasedFiles.empty() || !qvIsNumeric(id) || qvIsComplex(id) ||
+      qvGetNumberOfElements(id) != 1) {
+    return false;
+  }
+  try {
+    return releasedFiles.contains(filePart(getScalar<int>(id, "ncid")));
+  } catch (...) {
+    // Not an id at all: the handler reports it under the argument's own name.
+    return false;
+  }
+}
 }  // namespace
 
 namespace OpenFileRegistry {
@@ -45,6 +66,21 @@ bool isInMemory(int ncid) {
 const std::byte* imageOf(int ncid) {
   const auto it = openFiles.find(ncid);
   return it != openFiles.end() ? it->second.image.get() : nullptr;
+}
+
+void release(int ncid) {
+  if (const auto it = openFiles.find(filePart(ncid) << 16); it != openFiles.end()) {
+    // netCDF-C may still read the image of a half-released file; it is left to it.
+    static_cast<void>(it->second.image.release());
+    openFiles.erase(it);
+  }
+  releasedFiles.insert(filePart(ncid));
+}
+
+void refuseReleasedIds(const OperationRow& row, int nInputs, const qvArray* const* inputs) {
+  for (const int k : idInputs(row)) {
+    if (k < nInputs && isReleased(inputs[k])) checkStatus(NC_EBADID, row);
+  }
 }
 
 std::vector<int> ids() {

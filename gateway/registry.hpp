@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "gateway/operation.hpp"
+
 namespace OpenFileRegistry {
 // The bytes of a file held in memory, malloc'd: netCDF-C frees and reallocates the images
 // it is given to own, and hands back images it allocated.
@@ -21,6 +23,13 @@ void add(int ncid);
 void addInMemory(int ncid, FileImage image = nullptr);
 // Forgets the id and releases its image, unless netCDF-C still has the file open.
 void remove(int ncid);
+// After a close that failed netCDF-C 4.9.0 keeps the file's id but has freed part of what
+// it stands for: any later call with it, or with one of its groups, crashes. Forgets the
+// file and refuses its ids from then on.
+void release(int ncid);
+// Raises NC_EBADID, as netCDF-C reports a closed id, when one of the row's id inputs
+// belongs to a released file.
+void refuseReleasedIds(const OperationRow& row, int nInputs, const qvArray* const* inputs);
 bool contains(int ncid);
 bool isInMemory(int ncid);
 // The image the registry keeps for the id; null when none.

@@ -23,8 +23,9 @@ void checkOperationName(const octave_value_list& args) {
     throw BridgeError("netcdflib:noOperation",
                       "an operation name is required; see 'help netcdflib'");
   }
+  // Any empty char array is text too: the empty name, which the library reports as unknown.
   const dim_vector dv = args(0).dims();
-  if (!args(0).is_string() || dv.ndims() != 2 || dv(0) != 1) {
+  if (!args(0).is_string() || dv.ndims() != 2 || (dv(0) != 1 && dv.numel() != 0)) {
     throw BridgeError("netcdflib:badOperation",
                       "the first input must be an operation name (a char row)");
   }

@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and the tests need, when any is missing.
 set -e
 packages="build-essential cmake pkg-config libnetcdf-dev netcdf-bin libboost-dev \
-libboost-locale-dev libgtest-dev octave liboctave-dev python3-netcdf4 clang libclang-rt-14-dev \
+libboost-locale-dev libgtest-dev octave liboctave-dev python3-netcdf4 clang libclang-rt-14-dev git gcovr \
 hdf5-filter-plugin hdf5-filter-plugin-blosc-serial"
 missing=""
 for p in $packages; do

@@ -21,7 +21,7 @@
 #include <utility>
 #include <vector>
 
-#include "gateway/netcdflib.hpp"
+#include "netcdflib.hpp"
 #include "ncbench_common.h"
 #include "qvhost/qvhost.hpp"
 

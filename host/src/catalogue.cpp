@@ -14,8 +14,9 @@ const Catalogue& catalogue() {
   static const Catalogue entries = {
       // QUARNA:imagesci:netcdf
       {"QUARNA:imagesci:netcdf:argumentHasBadDatatype",
-       "The '{1}' argument must be numeric; index arguments cannot be char, logical, cell or "
-       "string arrays."},
+       "The '{1}' argument has a class this operation cannot take: index arguments must be "
+       "numeric, numeric data must be of the class the operation names (double for "
+       "putVarDouble, ...), variable-length data a cell, string data a string array."},
       {"QUARNA:imagesci:netcdf:argumentIsEmpty",
        "The '{1}' argument must not be empty: give one index per dimension of the variable."},
       {"QUARNA:imagesci:netcdf:argumentIsEmptySet", "The '{1}' argument must not be empty."},
@@ -29,8 +30,8 @@ const Catalogue& catalogue() {
        "Chunking cannot be inquired of a variable in a netCDF-3 file: chunked storage exists "
        "only in netCDF-4 files."},
       {"QUARNA:imagesci:netcdf:badIndexArgumentLength",
-       "The length of the {1} argument does not match the number of dimensions of variable "
-       "'{2}': expected {3}, found {4}."},
+       "The {1} argument must have one element per dimension of variable '{2}' ({3} "
+       "dimensions; {4} is the length of START when reading, of {1} when writing)."},
       {"QUARNA:imagesci:netcdf:badModeDatatype",
        "The file mode must be a character vector of mode names or a double or int32 mode "
        "value."},
@@ -81,6 +82,9 @@ const Catalogue& catalogue() {
       {"QUARNA:imagesci:netcdf:librarydapFailure",
        "The NetCDF library encountered a remote data access (DAP) error during execution of "
        "'{1}' operation: {3} ({2}). Check the URL and that the server is reachable."},
+      {"QUARNA:imagesci:netcdf:nameContainsNul",
+       "The '{1}' argument contains a NUL character (char(0)); netCDF-C would end the name "
+       "there and use another one."},
       {"QUARNA:imagesci:netcdf:rowLengthOutOfBounds",
        "The '{1}' argument is too long: it may have at most {2} elements."},
       {"QUARNA:imagesci:netcdf:unhandledAttributeOperation",
@@ -112,6 +116,8 @@ const Catalogue& catalogue() {
       // QUARNA:imagesci:validate
       {"QUARNA:imagesci:validate:argumentOutOfBounds",
        "A numeric argument is out of range for the integer type the NetCDF library expects."},
+      {"QUARNA:imagesci:validate:tooManyOutputs",
+       "Too many output arguments: '{1}' returns {2}."},
       {"QUARNA:imagesci:validate:wrongNumberOfInputs",
        "Wrong number of input arguments for this operation."},
       // QUARNA:string

@@ -11,8 +11,13 @@
 void handleClose(int, qvArrayPtr*, int, const qvArray* const* inputs, const OperationRow& row) {
   const int ncid = getScalar<int>(inputs[0], "ncid");
   const int status = nc_close(ncid);
-  // Forgotten even when closing fails: the id cannot be trusted any more.
-  OpenFileRegistry::remove(ncid);
+  // NC_EBADID: netCDF-C did not know the id, so holds nothing of it. Any other failure
+  // leaves netCDF-C half-released: the id is remembered and refused from now on.
+  if (status == NC_NOERR || status == NC_EBADID) {
+    OpenFileRegistry::remove(ncid);
+  } else {
+    OpenFileRegistry::release(ncid);
+  }
   checkStatus(status, row);
 }
 

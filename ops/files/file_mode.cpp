@@ -44,7 +44,7 @@ int parseFileModeName(std::string text) {
 
 int getFileMode(const qvArray* a) {
   if (qvIsEmpty(a)) qvErrMsgId(QUARNA::imagesci::netcdf::argumentIsEmptySet("MODE"));
-  if (qvGetClassID(a) == qvCHAR_CLASS) return parseFileModeName(getName(a, "file mode"));
+  if (qvGetClassID(a) == qvCHAR_CLASS) return parseFileModeName(getCharText(a, "file mode"));
   if (const auto mode = getRawInt(a)) return *mode;
   qvErrMsgId(QUARNA::imagesci::netcdf::badModeDatatype());
 }

@@ -71,9 +71,11 @@ qvArrayPtr closeIntoBytes(int ncid, const OperationRow& row) {
     checkStatus(NC_EINMEMORY, row);
   }
   NC_memio memio{0, nullptr, 0};
-  // Kept registered when closing fails: unload tries again, and a locked image must
-  // outlive the file.
-  checkStatus(nc_close_memio(ncid, &memio), row);
+  const int status = nc_close_memio(ncid, &memio);
+  // As for "close": a failure other than an unknown id leaves netCDF-C half-released.
+  if (status == NC_EBADID) OpenFileRegistry::remove(ncid);
+  if (status != NC_NOERR && status != NC_EBADID) OpenFileRegistry::release(ncid);
+  checkStatus(status, row);
   // Memory netCDF-C allocated is the caller's now; the registry's own image comes back
   // as it was lent (its flags are not reliable: classic files drop NC_MEMIO_LOCKED) and
   // is released with the id.

@@ -56,7 +56,8 @@ void defineFill(int ncid, int varid, const qvArray* value, const OperationRow& r
       checkStatus(nc_def_var_fill(ncid, varid, 0, &fill), row);
     });
   } else if (xtype == NC_CHAR) {
-    const std::string text = getName(value, kFillValue);
+    // char(0) is a fill value like any other character.
+    const std::string text = getCharText(value, kFillValue);
     if (text.size() > 1) {
       qvErrMsgId(QUARNA::imagesci::netcdf::badScalarArgument(kFillValue, "7-bit ASCII char"));
     }

@@ -317,7 +317,10 @@ const std::vector<std::string>& dictionary() {
       "al", "aub", "sa", "va", "v", "units", "_FillValue", "/g", "a b", "",
       // Constants.
       "NC_DOUBLE", "NC_GLOBAL", "NC_UNLIMITED", "FILL_DOUBLE", "NC_FILL_STRING", "NC_MAX_NAME",
-      "NC_CHUNKED", "NC_FLETCHER32", "NC_NOFILL", "nc_byte", "NC_EBADID", "NC2_ERR"};
+      "NC_CHUNKED", "NC_FLETCHER32", "NC_NOFILL", "nc_byte", "NC_EBADID", "NC2_ERR",
+      // Default fill values of every type (appended: earlier words keep their index).
+      "FILL_BYTE", "FILL_UBYTE", "FILL_SHORT", "FILL_USHORT", "FILL_INT", "FILL_UINT",
+      "FILL_INT64", "FILL_UINT64", "FILL_FLOAT", "FILL_CHAR", "fill_string"};
   return words;
 }
 

@@ -1,7 +1,11 @@
 #include "fuzz_program.hpp"
 
+#include <fuzzer/FuzzedDataProvider.h>
+
 #include <algorithm>
 #include <array>
+
+#include "gateway/operation.hpp"
 
 namespace fuzz {
 
@@ -26,159 +30,114 @@ constexpr std::array<std::uint64_t, 16> kSpecialExtents = {9,
                                                            2,
                                                            3};
 
+// Reads a program through FuzzedDataProvider, or writes one in the layout it reads: the
+// structure bytes from the end of the input, element data from the front. One function
+// walks a program in both directions, so the two cannot drift apart.
 class Reader {
  public:
-  explicit Reader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
-  bool atEnd() const noexcept { return pos_ >= bytes_.size(); }
-  std::uint8_t byte() noexcept { return pos_ < bytes_.size() ? bytes_[pos_++] : 0; }
-  std::vector<std::uint8_t> bytes(std::size_t n) {
-    std::vector<std::uint8_t> out(n, 0);
-    for (auto& b : out) b = byte();
+  explicit Reader(std::span<const std::uint8_t> bytes) : in_(bytes.data(), bytes.size()) {}
+  bool more() { return in_.remaining_bytes() != 0; }
+  void byte(std::uint8_t& v) { v = in_.ConsumeIntegral<std::uint8_t>(); }
+  void bytes(std::vector<std::uint8_t>& v, std::size_t n) {
+    v = in_.ConsumeBytes<std::uint8_t>(n);
+    v.resize(n, 0);  // past the end, zeros
+  }
+
+ private:
+  FuzzedDataProvider in_;
+};
+
+class Writer {
+ public:
+  void byte(std::uint8_t& v) { back_.push_back(v); }
+  void bytes(std::vector<std::uint8_t>& v, std::size_t n) {
+    v.resize(n, 0);
+    front_.insert(front_.end(), v.begin(), v.end());
+  }
+  std::vector<std::uint8_t> result() const {
+    std::vector<std::uint8_t> out = front_;
+    out.insert(out.end(), back_.rbegin(), back_.rend());
     return out;
   }
 
  private:
-  std::span<const std::uint8_t> bytes_;
-  std::size_t pos_ = 0;
+  std::vector<std::uint8_t> front_, back_;
 };
 
-std::vector<std::uint8_t> readShape(Reader& in) {
-  std::vector<std::uint8_t> shape{in.byte()};
-  const std::size_t ndims = 2 + shape[0] % 4;
-  for (std::size_t i = 0; i < ndims; ++i) shape.push_back(in.byte());
-  return shape;
+template <class IO>
+void walkShape(IO& io, std::vector<std::uint8_t>& shape) {
+  std::uint8_t header = shape.empty() ? 0 : shape[0];
+  io.byte(header);
+  shape.resize(3 + header % 4);  // the header, then two to five extent codes
+  shape[0] = header;
+  for (std::size_t i = 1; i < shape.size(); ++i) io.byte(shape[i]);
 }
-
-ArgSpec readArg(Reader& in, int depth);
 
 std::uint64_t nestedCount(const std::vector<std::uint8_t>& shape) {
   return elementCountOf(extentsOf(shape, kMaxNestedElements));
 }
 
-ArgSpec readArg(Reader& in, int depth) {
-  ArgSpec arg;
-  arg.kind = static_cast<ArgKind>(in.byte() % static_cast<std::uint8_t>(ArgKind::kCount));
+template <class IO>
+void walkArg(IO& io, ArgSpec& arg, int depth) {
+  auto kind = static_cast<std::uint8_t>(arg.kind);
+  io.byte(kind);
+  arg.kind = static_cast<ArgKind>(kind % static_cast<std::uint8_t>(ArgKind::kCount));
   switch (arg.kind) {
     case ArgKind::PoolId:
-      arg.a = in.byte();
-      arg.b = in.byte();
-      arg.data = in.bytes(1);  // class of the scalar
+      io.byte(arg.a);
+      io.byte(arg.b);
+      arg.data.resize(1);  // class of the scalar
+      io.byte(arg.data[0]);
       break;
     case ArgKind::SmallInt:
     case ArgKind::Special:
     case ArgKind::Empty:
-      arg.a = in.byte();
-      arg.b = in.byte();
+      io.byte(arg.a);
+      io.byte(arg.b);
       break;
     case ArgKind::Word:
     case ArgKind::Output:
-      arg.a = in.byte();
+      io.byte(arg.a);
       break;
     case ArgKind::Numeric:
-      arg.a = in.byte();
-      arg.shape = readShape(in);
-      arg.b = in.byte();
-      arg.data = in.bytes(dataBytesOf(arg));
+      io.byte(arg.a);
+      walkShape(io, arg.shape);
+      io.byte(arg.b);
+      io.bytes(arg.data, dataBytesOf(arg));
       break;
     case ArgKind::Char:
     case ArgKind::Logical:
-      arg.shape = readShape(in);
-      arg.data = in.bytes(dataBytesOf(arg));
+      walkShape(io, arg.shape);
+      io.bytes(arg.data, dataBytesOf(arg));
       break;
     case ArgKind::Opaque:
-      arg.a = in.byte();
-      arg.shape = readShape(in);
+      io.byte(arg.a);
+      walkShape(io, arg.shape);
       break;
-    case ArgKind::Cell: {
-      arg.shape = readShape(in);
-      const std::uint64_t n = depth < kMaxDepth ? nestedCount(arg.shape) : 0;
-      for (std::uint64_t i = 0; i < n; ++i) arg.children.push_back(readArg(in, depth + 1));
+    case ArgKind::Cell:
+      walkShape(io, arg.shape);
+      arg.children.resize(depth < kMaxDepth ? nestedCount(arg.shape) : 0);
+      for (ArgSpec& child : arg.children) walkArg(io, child, depth + 1);
       break;
-    }
-    case ArgKind::String: {
-      arg.shape = readShape(in);
-      const std::uint64_t n = nestedCount(arg.shape);
-      for (std::uint64_t i = 0; i < n; ++i) {
-        ArgSpec element;
-        element.a = in.byte();  // 0xFF: missing; otherwise the length modulo 8
-        if (element.a != 0xFF) element.data = in.bytes(element.a % 8);
-        arg.children.push_back(std::move(element));
+    case ArgKind::String:
+      walkShape(io, arg.shape);
+      arg.children.resize(nestedCount(arg.shape));
+      for (ArgSpec& element : arg.children) {
+        io.byte(element.a);  // 0xFF: missing; otherwise the length modulo 8
+        if (element.a != 0xFF) io.bytes(element.data, element.a % 8);
       }
       break;
-    }
     case ArgKind::kCount:
       break;
   }
-  return arg;
 }
 
-void writeArg(std::vector<std::uint8_t>& out, const ArgSpec& arg, int depth) {
-  out.push_back(static_cast<std::uint8_t>(arg.kind));
-  auto put = [&](const std::vector<std::uint8_t>& bytes) {
-    out.insert(out.end(), bytes.begin(), bytes.end());
-  };
-  switch (arg.kind) {
-    case ArgKind::PoolId:
-      out.push_back(arg.a);
-      out.push_back(arg.b);
-      out.push_back(arg.data.empty() ? 0 : arg.data[0]);
-      break;
-    case ArgKind::SmallInt:
-    case ArgKind::Special:
-    case ArgKind::Empty:
-      out.push_back(arg.a);
-      out.push_back(arg.b);
-      break;
-    case ArgKind::Word:
-    case ArgKind::Output:
-      out.push_back(arg.a);
-      break;
-    case ArgKind::Numeric: {
-      out.push_back(arg.a);
-      put(arg.shape);
-      out.push_back(arg.b);
-      std::vector<std::uint8_t> data = arg.data;
-      data.resize(dataBytesOf(arg), 0);
-      put(data);
-      break;
-    }
-    case ArgKind::Char:
-    case ArgKind::Logical: {
-      put(arg.shape);
-      std::vector<std::uint8_t> data = arg.data;
-      data.resize(dataBytesOf(arg), 0);
-      put(data);
-      break;
-    }
-    case ArgKind::Opaque:
-      out.push_back(arg.a);
-      put(arg.shape);
-      break;
-    case ArgKind::Cell: {
-      put(arg.shape);
-      const std::uint64_t n = depth < kMaxDepth ? nestedCount(arg.shape) : 0;
-      for (std::uint64_t i = 0; i < n; ++i) {
-        writeArg(out, i < arg.children.size() ? arg.children[i] : ArgSpec{}, depth + 1);
-      }
-      break;
-    }
-    case ArgKind::String: {
-      put(arg.shape);
-      const std::uint64_t n = nestedCount(arg.shape);
-      for (std::uint64_t i = 0; i < n; ++i) {
-        const ArgSpec element = i < arg.children.size() ? arg.children[i] : ArgSpec{};
-        out.push_back(element.a);
-        if (element.a != 0xFF) {
-          std::vector<std::uint8_t> units = element.data;
-          units.resize(element.a % 8, 0);
-          put(units);
-        }
-      }
-      break;
-    }
-    case ArgKind::kCount:
-      break;
-  }
+template <class IO>
+void walkCall(IO& io, Call& call, std::span<const int> rowInputs) {
+  io.byte(call.op);
+  io.byte(call.argc);
+  call.args.resize(inputCountOf(call, call.op < rowInputs.size() ? rowInputs[call.op] : -1));
+  for (ArgSpec& arg : call.args) walkArg(io, arg, 0);
 }
 
 }  // namespace
@@ -250,26 +209,14 @@ std::size_t dataBytesOf(const ArgSpec& arg) {
 Program decode(std::span<const std::uint8_t> bytes, std::span<const int> rowInputs) {
   Reader in(bytes);
   Program program;
-  while (!in.atEnd() && program.size() < kMaxCalls) {
-    Call call;
-    call.op = in.byte();
-    call.argc = in.byte();
-    const int own = call.op < rowInputs.size() ? rowInputs[call.op] : -1;
-    const std::size_t n = inputCountOf(call, own);
-    for (std::size_t i = 0; i < n; ++i) call.args.push_back(readArg(in, 0));
-    program.push_back(std::move(call));
-  }
+  while (in.more() && program.size() < kMaxCalls) walkCall(in, program.emplace_back(), rowInputs);
   return program;
 }
 
-std::vector<std::uint8_t> encode(const Program& program) {
-  std::vector<std::uint8_t> out;
-  for (const Call& call : program) {
-    out.push_back(call.op);
-    out.push_back(call.argc);
-    for (const ArgSpec& arg : call.args) writeArg(out, arg, 0);
-  }
-  return out;
+std::vector<std::uint8_t> encode(Program program, std::span<const int> rowInputs) {
+  Writer out;
+  for (Call& call : program) walkCall(out, call, rowInputs);
+  return out.result();
 }
 
 std::size_t inputCountOf(const Call& call, int rowInputs) {
@@ -277,6 +224,18 @@ std::size_t inputCountOf(const Call& call, int rowInputs) {
   return static_cast<std::size_t>(rowInputs);
 }
 
-int outputCountOf(const Call& call) { return call.argc % 9; }
+int outputCountOf(const Call& call, int rowOutputs) {
+  // A row's own input count comes with no more outputs than it makes, so that the call
+  // reaches its handler; a count of its own may ask for any number.
+  if (call.argc >= 0xF0) return call.argc % 9;
+  return call.argc % (rowOutputs + 1);
+}
+
+std::vector<int> rowInputCounts() {
+  std::vector<int> counts(256, -1);
+  const auto table = operationTable();
+  for (std::size_t i = 0; i < table.size(); ++i) counts[i] = table[i].nInputs;
+  return counts;
+}
 
 }  // namespace fuzz

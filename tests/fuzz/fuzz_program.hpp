@@ -1,7 +1,7 @@
 // What one fuzz input means: a short sequence of netcdflib calls, each an operation and a
-// description of every input array. Any byte string decodes to a program (reads past the
-// end give zeros); the seed generator writes programs back with encode(), so the two
-// directions share one layout.
+// description of every input array. Any byte string decodes to a program (read through
+// FuzzedDataProvider); the seed generator writes programs back with encode(), which walks
+// them with the same code.
 #pragma once
 
 #include <cstddef>
@@ -71,13 +71,15 @@ std::size_t numericWidth(std::uint8_t classCode);
 
 // ---- the two directions -----------------------------------------------------------------
 
+// The input count of each row of the library's table by index; -1 past its end.
+std::vector<int> rowInputCounts();
 // rowInputs[op] is the input count of operation op, or -1 where op names no row.
 Program decode(std::span<const std::uint8_t> bytes, std::span<const int> rowInputs);
-std::vector<std::uint8_t> encode(const Program& program);
+std::vector<std::uint8_t> encode(Program program, std::span<const int> rowInputs);
 
 // Number of inputs a call passes, given the row's own count (or -1 for a bogus name).
 std::size_t inputCountOf(const Call& call, int rowInputs);
 // nlhs the call passes.
-int outputCountOf(const Call& call);
+int outputCountOf(const Call& call, int rowOutputs);
 
 }  // namespace fuzz

@@ -18,8 +18,9 @@ int main(int argc, char** argv) {
   const std::filesystem::path dir = argv[1];
   std::filesystem::create_directories(dir);
   std::size_t total = 0;
+  const std::vector<int> counts = fuzz::rowInputCounts();
   for (const auto& [name, program] : seeds::programs()) {
-    const std::vector<std::uint8_t> bytes = fuzz::encode(program);
+    const std::vector<std::uint8_t> bytes = fuzz::encode(program, counts);
     std::ofstream out(dir / ("seed-" + name), std::ios::binary);
     out.write(reinterpret_cast<const char*>(bytes.data()),
               static_cast<std::streamsize>(bytes.size()));

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <exception>
 #include <string>
+#include <string_view>
 #include <typeinfo>
 #include <vector>
 
@@ -23,6 +24,7 @@
 #include "fuzz_workspace.hpp"
 #include "gateway/netcdflib.hpp"
 #include "gateway/operation.hpp"
+#include "gateway/row_shapes.hpp"
 #include "qvhost/qvhost.hpp"
 
 namespace {
@@ -82,24 +84,6 @@ bool takesFileName(const OperationRow& row) {
          std::strcmp(row.name, "open") == 0 || std::strcmp(row.name, "pOpen") == 0;
 }
 
-// One line per input array, for following a finding by hand.
-std::string describe(const qvArray* a) {
-  std::string out = "class " + std::to_string(qvGetClassID(a)) + " [";
-  for (std::size_t i = 0; i < qvGetNumberOfDimensions(a); ++i) {
-    out += (i ? "x" : "") + std::to_string(qvGetDimensions(a)[i]);
-  }
-  out += "]";
-  if (qvGetClassID(a) == qvCHAR_CLASS) {
-    out += " '";
-    for (const char16_t u : matrix::get_ustring(a)) out += u < 0x80 ? static_cast<char>(u) : '?';
-    out += "'";
-  } else {
-    // Only the leading values: enough to recognise ids and counts.
-    for (const double v : fuzz::numericValues(a, 4)) out += " " + std::to_string(v);
-  }
-  return out;
-}
-
 [[noreturn]] void finding(const char* what, const std::string& detail) {
   std::fprintf(stderr, "netcdflib_fuzzer: FINDING: %s: %s\n", what, detail.c_str());
   std::fflush(stderr);
@@ -144,10 +128,6 @@ void runCall(const fuzz::Call& call, fuzz::CallHistory& history) {
     return;
   }
 
-  if (tracing()) {
-    for (std::size_t i = 1; i < prhs.size(); ++i)
-      std::fprintf(stderr, "    in: %s\n", describe(prhs[i]).c_str());
-  }
   Stats& stats = Stats::instance();
   const std::size_t rowIndex = reaches ? static_cast<std::size_t>(row - table.data()) : 0;
   ++stats.calls;
@@ -155,12 +135,21 @@ void runCall(const fuzz::Call& call, fuzz::CallHistory& history) {
   // Two guard slots past the most any operation may fill.
   std::array<qvArrayPtr, kNetcdflibMaxOutputs + 2> slots;
   try {
-    netcdflib(fuzz::outputCountOf(call), slots.data(), static_cast<int>(prhs.size()), prhs.data());
+    const int nlhs = fuzz::outputCountOf(call, reaches ? outputCount(*row) : kNetcdflibMaxOutputs);
+    netcdflib(nlhs, slots.data(), static_cast<int>(prhs.size()), prhs.data());
     ++stats.normal;
     if (reaches) ++stats.rowNormal[rowIndex];
     if (tracing()) std::fprintf(stderr, "  %s: returned\n", known ? table[call.op].name : "?");
   } catch (const foundation::core::except::IMsgIDException& e) {
     ++stats.messageId;
+    // Every error the library raises has its catalogue text, each placeholder filled.
+    const std::string id = e.get_error_id();
+    const std::u16string text = e.GetUnicodeMessageTxt();
+    const auto* plain = dynamic_cast<const std::exception*>(&e);
+    if (!resource_core::catalogueHas(id) || text.find(u"{1}") != std::u16string::npos ||
+        plain == nullptr || std::string_view(plain->what()).substr(0, id.size()) != id) {
+      finding("message-ID error without its text", id);
+    }
     if (tracing()) {
       std::fprintf(stderr, "  %s: %s\n", known ? table[call.op].name : "?",
                    e.get_error_id().c_str());
@@ -175,13 +164,6 @@ void runCall(const fuzz::Call& call, fuzz::CallHistory& history) {
     if (slots[i]) finding("output written past the last slot", row ? row->name : "?");
   }
   if (reaches) fuzz::harvest(*row, slots.data(), kNetcdflibMaxOutputs, history);
-}
-
-std::vector<int> rowInputCounts() {
-  std::vector<int> counts(256, -1);
-  const auto table = operationTable();
-  for (std::size_t i = 0; i < table.size(); ++i) counts[i] = table[i].nInputs;
-  return counts;
 }
 
 }  // namespace
@@ -206,7 +188,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::vector<int> counts = rowInputCounts();
+  static const std::vector<int> counts = fuzz::rowInputCounts();
   const fuzz::Program program = fuzz::decode({data, size}, counts);
   // Figures along the way too: a run that ends abruptly still leaves them.
   if (++Stats::instance().inputs % 100000 == 0) Stats::instance().report();

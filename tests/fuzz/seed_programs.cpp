@@ -5,6 +5,8 @@
 // int64(x); x = 4, y = 3, t unlimited with 2 records. Host order reverses netCDF order.
 #include "seed_programs.hpp"
 
+#include <netcdf.h>
+
 #include "seed_builder.hpp"
 
 namespace seeds {
@@ -164,6 +166,69 @@ void addAttributeSeeds(std::map<std::string, fuzz::Program>& out) {
 void addFileSeeds(std::map<std::string, fuzz::Program>& out);
 void addCompressionSeeds(std::map<std::string, fuzz::Program>& out);
 
+// For one atomic type: a fill value of its class, and a vlen of it written and read.
+template <class T>
+fuzz::Program fillAndVlen(int xtype, const char* file) {
+  return {call("create", {chars(file), word("netcdf4")}),
+          call("defDim", {ncid(), word("x"), num(2)}),
+          call("defVar", {ncid(), word("d"), num(xtype), row<double>({0})}),
+          call("defVarFill", {ncid(), num(0), logical(false), column<T>({1})}),
+          call("defVlen", {ncid(), word("vli"), num(xtype)}),
+          call("defVar", {ncid(), word("vl"), id(Pool::Typeid), row<double>({0})}),
+          call("putVarVlen", {ncid(), num(1), cell({column<T>({1, 2}), column<T>({3})})}),
+          call("getVarVlen", {ncid(), num(1)})};
+}
+
+void addTypeSeeds(std::map<std::string, fuzz::Program>& out) {
+  out["type-byte"] = fillAndVlen<std::int8_t>(NC_BYTE, "b.nc");
+  out["type-ubyte"] = fillAndVlen<std::uint8_t>(NC_UBYTE, "b.nc");
+  out["type-short"] = fillAndVlen<std::int16_t>(NC_SHORT, "b.nc");
+  out["type-ushort"] = fillAndVlen<std::uint16_t>(NC_USHORT, "b.nc");
+  out["type-int"] = fillAndVlen<std::int32_t>(NC_INT, "b.nc");
+  out["type-uint"] = fillAndVlen<std::uint32_t>(NC_UINT, "b.nc");
+  out["type-int64"] = fillAndVlen<std::int64_t>(NC_INT64, "b.nc");
+  out["type-uint64"] = fillAndVlen<std::uint64_t>(NC_UINT64, "b.nc");
+  out["type-float"] = fillAndVlen<float>(NC_FLOAT, "b.nc");
+  out["type-text"] = {
+      call("create", {chars("t.nc"), word("netcdf4")}),
+      call("defDim", {ncid(), word("x"), num(2)}),
+      call("defVar", {ncid(), word("c"), num(NC_CHAR), row<double>({0})}),
+      call("defVarFill", {ncid(), num(0), logical(false), chars("z")}),
+      call("defVar", {ncid(), word("s"), num(NC_STRING), row<double>({0})}),
+      call("defVarFill", {ncid(), num(1), logical(false), chars("none")}),
+      call("defVlen", {ncid(), word("vlc"), num(NC_CHAR)}),
+      call("defVar", {ncid(), word("vc"), id(Pool::Typeid), row<double>({0})})};
+  out["type-text-vlen"] = {
+      call("open", {word("#nc4"), word("write")}),
+      call("putVarVlen", {ncid(), num(11), cell({chars("ab"), chars("c"), chars("d"), chars("e")})}),
+      call("getVarVlen", {ncid(), num(11)}),
+      call("defVarFill", {ncid(), num(2), logical(false), chars("ab")})};
+  const char* fills[] = {"FILL_BYTE", "FILL_UBYTE", "FILL_SHORT",  "FILL_USHORT",
+                         "FILL_INT",  "FILL_UINT",  "FILL_INT64",  "FILL_UINT64",
+                         "FILL_FLOAT", "FILL_CHAR", "fill_string"};
+  for (std::size_t i = 0; i < std::size(fills); ++i) {
+    out["fill-constants-" + std::to_string(i / fuzz::kMaxCalls + 1)].push_back(
+        call("parameter", {word(fills[i])}));
+  }
+  // Storage inquiries that classic files refuse, and a format without a name.
+  out["classic-storage"] = {
+      call("open", {word("#classic"), word("nowrite")}),
+      call("inqVarChunking", {ncid(), num(0)}),
+      call("inqVarFletcher32", {ncid(), num(0)}),
+      call("inqVarDeflate", {ncid(), num(0)}),
+      call("open", {word("#cdf5"), word("nowrite")}),
+      call("inqFormat", {ncid(1)})};
+  // Chunk sizes that do not match the rank, and an unknown storage code.
+  out["storage-errors"] = {
+      call("create", {chars("e.nc"), word("netcdf4")}),
+      call("defDim", {ncid(), word("x"), num(4)}),
+      call("defVar", {ncid(), word("d"), num(NC_DOUBLE), row<double>({0})}),
+      call("defVarChunking", {ncid(), num(0), num(NC_CHUNKED), row<double>({2, 2})}),
+      call("defVarChunking", {ncid(), num(0), num(7), row<double>({2})}),
+      call("defVarFill", {ncid(), num(0), logical(false), chars("ab")}),
+      call("defVarFill", {ncid(), num(0), logical(false), row<double>({1, 2})})};
+}
+
 const std::map<std::string, fuzz::Program>& programs() {
   static const std::map<std::string, fuzz::Program> all = [] {
     std::map<std::string, fuzz::Program> out;
@@ -171,6 +236,7 @@ const std::map<std::string, fuzz::Program>& programs() {
     addWholeWriteSeeds(out);
     addAttributeSeeds(out);
     addFileSeeds(out);
+    addTypeSeeds(out);
     addCompressionSeeds(out);
     return out;
   }();

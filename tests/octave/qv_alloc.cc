@@ -49,7 +49,7 @@ void fillStrings(qvArray* a) {
     if (k % 3 == 2) {
       setStringMissing(a, k);
     } else {
-      const std::string s = "s" + std::to_string(k + 1);
+      const std::string s = std::string("s").append(std::to_string(k + 1));
       setStringElement(a, k, std::u16string(s.begin(), s.end()));
     }
   }

@@ -111,23 +111,9 @@
 %!   assert (double (back{2}), b);
 %! end
 
-## Cells map element by element, at any depth.
-%!test
-%! c = {1, 'Th'; int8([1 2 3]), {true, {}, {single(2), char([195 169])}}};
-%! [back, info] = qv_roundtrip ('x', c, {}, cell (2, 0));
-%! assert (isequal (back{2}, c));
-%! assert (info{2}.class, 'cell');
-%! assert (info{2}.dims, [2 2]);
-%! inner = info{2}.elements{2, 2};
-%! assert ({inner.class, inner.elements{3}.elements{2}.class}, {'cell', 'char'});
-%! assert (double (inner.elements{3}.elements{2}.units), 233);
-%! assert (inner.elements{1}.lent, true);
-%! assert ({info{3}.class, info{3}.dims, info{4}.dims}, {'cell', [0 0], [2 0]});
-%! assert (size (back{4}), [2 0]);
-
 ## The data of the string writes becomes a string array of the cell's shape.
 %!test
-%! ops = {'putVarString', 'putVar1String', 'putVaraString', 'putVarsString', 'putAttString'};
+%! ops = {'putVarString', 'putVarsString', 'putAttString'};
 %! data = {'a', char([84 195 169]); char([240 159 152 128]), ''};
 %! for k = 1:numel (ops)
 %!   args = [{ops{k}}, num2cell(1:k), {data}];
@@ -160,7 +146,7 @@
 %!test
 %! bytes = char ([84 195 169 255]);
 %! units = [84 65475 65449 65535];
-%! for op = {'putVarText', 'putVar1Text', 'putVaraText', 'putVarsText'}
+%! for op = {'putVarText', 'putVarsText'}
 %!   for data = {bytes(1:3), bytes, [bytes; bytes]}
 %!     [back, info] = qv_roundtrip (op{1}, 1, 2, data{1});
 %!     same ({info{4}.class, info{4}.dims}, {'char', size(data{1})}, op{1});
@@ -175,7 +161,7 @@
 ## In Vlen data, a cell of char rows is the string list of an NC_STRING base.
 %!test
 %! data = {int32([1; 2]), {'a', 'bc'}, {{'x'}, {int8(1)}}, {}, 'chars'};
-%! for op = {'putVarVlen', 'putVar1Vlen', 'putVaraVlen', 'putVarsVlen', 'putAttVlen', 'defVarFill'}
+%! for op = {'putVarVlen', 'putVarsVlen', 'putAttVlen', 'defVarFill'}
 %!   [back, info] = qv_roundtrip (op{1}, 1, 2, data);
 %!   e = info{4}.elements;
 %!   same (cellfun (@(i) i.class, e, 'UniformOutput', false), ...

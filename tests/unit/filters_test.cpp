@@ -55,7 +55,7 @@ void callOnVariable(const qvArrayPtr& id, double var, const std::string& line) {
   std::vector<const qvArray*> inputs;
   for (const auto& h : held) inputs.push_back(h.get());
   test::Outputs out;
-  netcdflib(3, out.data(), static_cast<int>(inputs.size()), inputs.data());
+  netcdflib(0, out.data(), static_cast<int>(inputs.size()), inputs.data());
 }
 
 // A file with float variable "v" (x = 1000), closed at the end: every guard below must

@@ -56,14 +56,7 @@ TEST(IndexVector, RangeBounds) {
       {array<double>({-1}), Outcome::Negative, Outcome::Ok},
       {array<double>({two64}), Outcome::Positive, Outcome::Positive},
       {array<double>({two63}), Outcome::Ok, Outcome::Positive},
-      {array<double>({-two63}), Outcome::Negative, Outcome::Negative},
-      {array<float>({-1.0f}), Outcome::Negative, Outcome::Ok},
-      {array<float>({1.8446744e19f}), Outcome::Positive, Outcome::Positive},
-      {array<std::int8_t>({-1}), Outcome::Negative, Outcome::Ok},
-      {array<std::int64_t>({std::numeric_limits<std::int64_t>::min()}), Outcome::Negative,
-       Outcome::Ok},
       {array<std::uint64_t>({std::uint64_t{1} << 63}), Outcome::Ok, Outcome::Positive},
-      {array<std::uint64_t>({~std::uint64_t{0}}), Outcome::Ok, Outcome::Positive},
   };
   int k = 0;
   for (const auto& c : cases) {

@@ -108,19 +108,4 @@ TEST_F(Netcdf4File, VariablesKeepHostDimensionOrder) {
                "QUARNA:imagesci:netcdf:invalidNaNInfForIntegerType", args("dimids"));
 }
 
-TEST_F(Netcdf4File, VlenTypesDefinedAndInquired) {
-  const double type = number(call1("defVlen", {id_, "ragged", NC_INT}));
-  const auto vlen = call("inqVlen", {id_, type});
-  EXPECT_EQ(u"ragged", text(vlen[0]));
-  EXPECT_EQ(sizeof(nc_vlen_t), number(vlen[1]));
-  EXPECT_EQ(NC_INT, number(vlen[2]));
-  const auto user = call("inqUserType", {id_, type});
-  EXPECT_EQ(u"ragged", text(user[0]));
-  EXPECT_EQ(NC_INT, number(user[2]));
-  EXPECT_EQ(0, number(user[3]));
-  EXPECT_EQ(NC_VLEN, number(user[4]));
-  EXPECT_MSGID(call("inqVlen", {id_, NC_DOUBLE}), kLibraryFailure,
-               args("inqVlen", "NC_EBADTYPE", "Not a valid data type or _FillValue type mismatch"));
-}
-
 }  // namespace

@@ -63,16 +63,14 @@ constexpr auto V = Outcome::Value;
 constexpr auto NEG = Outcome::NegativeOverflow;
 constexpr auto POS = Outcome::PositiveOverflow;
 
-// Each target at its bounds, from doubles, singles and integer classes.
+// Representative bounds: truncation, each overflow direction, from doubles, singles and
+// integer classes.
 TEST(GetScalar, RangeBoundsOfEveryTarget) {
   const auto i = convertAs<int>;
   const auto z = convertAs<std::size_t>;
   const auto u = convertAs<unsigned long long>;
   const auto l = convertAs<long long>;
-  const auto u32 = convertAs<unsigned int>;
   const auto u16 = convertAs<unsigned short>;
-  const auto i16 = convertAs<short>;
-  const auto u8 = convertAs<unsigned char>;
   const auto i8 = convertAs<signed char>;
   const auto dbl = convertAs<double>;
   const auto flt = convertAs<float>;
@@ -80,72 +78,22 @@ TEST(GetScalar, RangeBoundsOfEveryTarget) {
   runRangeCases({
       {"3.9", i, d(3.9), V, 3},
       {"-3.9", i, d(-3.9), V, -3},
-      {"2147483647.5", i, d(2147483647.5), V, 2147483647},
       {"2^31", i, d(2147483648.0), POS},
-      {"-2147483648.5", i, d(-2147483648.5), V, -2147483648.0L},
       {"-2147483649", i, d(-2147483649.0), NEG},
-      // The single bound is the nearest single to -2^31-1, which is -2^31 itself.
-      {"single -2^31", i, s(-2147483648.0f), NEG},
       {"single 2^31", i, s(2147483648.0f), POS},
-      {"single below 2^31", i, s(2147483520.0f), V, 2147483520},
       {"uint32 max", i, src<std::uint32_t>(4294967295u), POS},
-      {"uint32 2^31-1", i, src<std::uint32_t>(2147483647u), V, 2147483647},
-      {"int64 -5", i, src<std::int64_t>(-5), V, -5},
-      {"int64 -2^31-1", i, src<std::int64_t>(-2147483649LL), NEG},
-      {"int64 2^31", i, src<std::int64_t>(2147483648LL), POS},
-      {"uint64 2^31", i, src<std::uint64_t>(2147483648ULL), POS},
       {"int8 -128", i, src<std::int8_t>(-128), V, -128},
       {"size_t -0.5", z, d(-0.5), V, 0},
       {"size_t -1", z, d(-1.0), NEG},
       {"size_t 2^64", z, d(18446744073709551616.0), POS},
-      {"size_t below 2^64", z, d(18446744073709549568.0), V, 18446744073709549568.0L},
-      {"size_t single -1", z, s(-1.0f), NEG},
-      {"size_t single 2^64", z, s(18446744073709551616.0f), POS},
-      {"size_t int64 -1", z, src<std::int64_t>(-1), NEG},
       {"size_t uint64 max", z, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551615.0L},
-      {"ull -1", u, d(-1.0), NEG},
-      {"ull 2^64", u, d(18446744073709551616.0), POS},
       {"ull int64 -1", u, src<std::int64_t>(-1), NEG},
       {"-2^63", l, d(-9223372036854775808.0), NEG},
-      {"2^63", l, d(9223372036854775808.0), POS},
-      {"above -2^63", l, d(-9223372036854774784.0), V, -9223372036854774784.0L},
-      {"single -2^63", l, s(-9223372036854775808.0f), NEG},
-      {"single 2^63", l, s(9223372036854775808.0f), POS},
-      {"uint64 2^63", l, src<std::uint64_t>(9223372036854775808ULL), POS},
-      {"uint64 2^63-1", l, src<std::uint64_t>(9223372036854775807ULL), V, 9223372036854775807.0L},
-      {"int64 min", l, src<std::int64_t>(INT64_MIN), V, -9223372036854775808.0L},
-      {"u32 -1", u32, d(-1.0), NEG},
-      {"u32 2^32", u32, d(4294967296.0), POS},
-      {"u32 2^32-0.1", u32, d(4294967295.9), V, 4294967295.0L},
-      {"u32 single 2^32", u32, s(4294967296.0f), POS},
-      {"u32 int32 -1", u32, src<std::int32_t>(-1), NEG},
-      {"u16 65536", u16, d(65536.0), POS},
-      {"u16 65535.9", u16, d(65535.9), V, 65535},
-      {"u16 -1", u16, d(-1.0), NEG},
       {"u16 int32 70000", u16, src<std::int32_t>(70000), POS},
-      {"i16 -32769", i16, d(-32769.0), NEG},
-      {"i16 -32768.9", i16, d(-32768.9), V, -32768},
-      {"i16 32768", i16, d(32768.0), POS},
-      {"i16 single -32768.5", i16, s(-32768.5f), V, -32768},
-      {"i16 uint16 32768", i16, src<std::uint16_t>(32768), POS},
-      {"u8 256", u8, d(256.0), POS},
-      {"u8 255.9", u8, d(255.9), V, 255},
-      {"u8 -1", u8, d(-1.0), NEG},
-      {"u8 int8 -1", u8, src<std::int8_t>(-1), NEG},
-      {"i8 -129", i8, d(-129.0), NEG},
       {"i8 -128.9", i8, d(-128.9), V, -128},
-      {"i8 128", i8, d(128.0), POS},
       {"i8 uint8 128", i8, src<std::uint8_t>(128), POS},
-      {"double 1e308", dbl, d(1e308), V, static_cast<long double>(1e308)},
-      {"double from single", dbl, s(1.5f), V, 1.5L},
-      // Rounded to nearest: 2^64-1 has no double.
       {"double from uint64 max", dbl, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551616.0L},
-      {"double from int64", dbl, src<std::int64_t>(-5), V, -5},
-      {"float FLT_MAX", flt, d(kFltMax), V, kFltMax},
       {"float above FLT_MAX", flt, d(std::nextafter(kFltMax, kInf)), POS},
-      {"float below -FLT_MAX", flt, d(-std::nextafter(kFltMax, kInf)), NEG},
-      {"float from single max", flt, s(std::numeric_limits<float>::max()), V, kFltMax},
-      {"float from uint64 max", flt, src<std::uint64_t>(UINT64_MAX), V, 18446744073709551616.0L},
   });
 }
 
@@ -214,10 +162,11 @@ TEST(GetScalar, NonNumericAndComplexRefused) {
   refused.emplace_back("struct", test::structScalar());
   refused.emplace_back("complex", test::complexScalar(5, 1));
   refused.emplace_back("complex, zero imaginary part", test::complexScalar(5, 0));
-  for (const auto& [label, a] : refused) {
-    SCOPED_TRACE(label);
-    EXPECT_MSGID(getScalar<int>(a.get(), "varid"), kBadScalar, args("varid", "numeric"));
-    EXPECT_MSGID(getScalar<double>(a.get(), "FILLVALUE", ScalarUse::FillValue), kBadScalar, args("FILLVALUE", "numeric"));
+  for (const auto& c : refused) {
+    SCOPED_TRACE(c.first);
+    const qvArray* a = c.second.get();
+    EXPECT_MSGID(getScalar<int>(a, "varid"), kBadScalar, args("varid", "numeric"));
+    EXPECT_MSGID(getScalar<double>(a, "FILLVALUE", ScalarUse::FillValue), kBadScalar, args("FILLVALUE", "numeric"));
   }
 }
 
