@@ -37,6 +37,7 @@ NC_ID(argumentHasBadDatatype);
 NC_ID(argumentIsEmpty);
 NC_ID(argumentIsEmptySet);
 NC_ID(argumentWasNotChar);
+NC_ID(argumentNotOfKind);
 NC_ID(attemptedChecksumInquiryOnNetcdf3File);
 NC_ID(attemptedChunkingInquiryOnNetcdf3File);
 NC_ID(badIndexArgumentLength);

@@ -224,6 +224,23 @@ constexpr std::array kOperationTable = {
     OperationRow{206, "putVars", 6, handleWriteSubset},
     OperationRow{207, "getAtt", 3, handleGetAttribute},
     OperationRow{208, "putAtt", 5, handlePutAttribute},
+    OperationRow{210, "defVarFilter", 4, handleDefVarFilter},
+    OperationRow{211, "inqVarFilterIds", 2, handleInqVarFilterIds},
+    OperationRow{212, "inqVarFilterInfo", 3, handleInqVarFilterInfo},
+    OperationRow{213, "inqFilterAvail", 2, handleInqFilterAvail},
+    OperationRow{214, "defVarSzip", 4, handleDefVarSzip},
+    OperationRow{215, "inqVarSzip", 2, handleInqVarSzip},
+    OperationRow{216, "defVarBzip2", 3, handleDefVarBzip2},
+    OperationRow{217, "inqVarBzip2", 2, handleInqVarBzip2},
+    OperationRow{218, "defVarZstandard", 3, handleDefVarZstandard},
+    OperationRow{219, "inqVarZstandard", 2, handleInqVarZstandard},
+    OperationRow{220, "defVarQuantize", 4, handleDefVarQuantize},
+    OperationRow{221, "inqVarQuantize", 2, handleInqVarQuantize},
+    OperationRow{222, "defVarEndian", 3, handleDefVarEndian},
+    OperationRow{223, "inqVarEndian", 2, handleInqVarEndian},
+    OperationRow{224, "openMem", 3, handleOpenMem},
+    OperationRow{225, "createMem", 3, handleCreateMem},
+    OperationRow{226, "closeMem", 1, handleCloseMem},
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <netcdf.h>
 
+#include <map>
 #include <set>
 
 #include "convert/scalars.hpp"
@@ -11,8 +12,12 @@
 #include "qvhost/msgid.hpp"
 
 namespace {
+struct OpenFile {
+  bool inMemory = false;
+  OpenFileRegistry::FileImage image;
+};
 // Live from load to unload; the host calls QNTerminate before destroying them.
-std::set<int> openFiles;
+std::map<int, OpenFile> openFiles;
 // Files of released ids, by netCDF-C's file part of an id (its bits above the group's).
 std::set<int> releasedFiles;
 
@@ -34,14 +39,41 @@ bool isReleased(const qvArray* id) {
 
 namespace OpenFileRegistry {
 
-void add(int ncid) { openFiles.insert(ncid); }
+void add(int ncid) { openFiles.try_emplace(ncid); }
 
-void remove(int ncid) { openFiles.erase(ncid); }
+void addInMemory(int ncid, FileImage image) {
+  openFiles.insert_or_assign(ncid, OpenFile{true, std::move(image)});
+}
+
+void remove(int ncid) {
+  const auto it = openFiles.find(ncid);
+  if (it == openFiles.end()) return;
+  // An image netCDF-C may still read (its file failed to close) is left to it.
+  int format = 0;
+  if (it->second.image != nullptr && nc_inq_format(ncid, &format) == NC_NOERR) {
+    static_cast<void>(it->second.image.release());
+  }
+  openFiles.erase(it);
+}
 
 bool contains(int ncid) { return openFiles.contains(ncid); }
 
+bool isInMemory(int ncid) {
+  const auto it = openFiles.find(ncid);
+  return it != openFiles.end() && it->second.inMemory;
+}
+
+const std::byte* imageOf(int ncid) {
+  const auto it = openFiles.find(ncid);
+  return it != openFiles.end() ? it->second.image.get() : nullptr;
+}
+
 void release(int ncid) {
-  openFiles.erase(filePart(ncid) << 16);
+  if (const auto it = openFiles.find(filePart(ncid) << 16); it != openFiles.end()) {
+    // netCDF-C may still read the image of a half-released file; it is left to it.
+    static_cast<void>(it->second.image.release());
+    openFiles.erase(it);
+  }
   releasedFiles.insert(filePart(ncid));
 }
 
@@ -51,7 +83,12 @@ void refuseReleasedIds(const OperationRow& row, int nInputs, const qvArray* cons
   }
 }
 
-std::vector<int> ids() { return {openFiles.begin(), openFiles.end()}; }
+std::vector<int> ids() {
+  std::vector<int> result;
+  result.reserve(openFiles.size());
+  for (const auto& entry : openFiles) result.push_back(entry.first);
+  return result;
+}
 
 void closeAll() noexcept {
   if (openFiles.empty()) {
@@ -62,11 +99,18 @@ void closeAll() noexcept {
   } catch (...) {
     // Unload goes on whatever the host's warning machinery does: the files must close.
   }
-  for (const int ncid : openFiles) {
+  for (auto& [ncid, file] : openFiles) {
     // Nothing to report to at unload, and one failure must not keep the others open. A
     // file netCDF-C refuses to close (netCDF-4 after some failed definitions) is aborted,
     // which still releases it.
-    if (nc_close(ncid) != NC_NOERR) static_cast<void>(nc_abort(ncid));
+    // An id netCDF-C no longer knows (its file was closed through a group id) holds
+    // nothing netCDF-C reads.
+    const int status = nc_close(ncid);
+    if (status == NC_NOERR || status == NC_EBADID || nc_abort(ncid) == NC_NOERR) {
+      file.image.reset();
+    } else {
+      static_cast<void>(file.image.release());
+    }
   }
 }
 

@@ -2,7 +2,8 @@
 # Installs the Debian packages the build and the tests need, when any is missing.
 set -e
 packages="build-essential cmake pkg-config libnetcdf-dev netcdf-bin libboost-dev \
-libboost-locale-dev libgtest-dev octave liboctave-dev python3-netcdf4 clang libclang-rt-14-dev git gcovr"
+libboost-locale-dev libgtest-dev octave liboctave-dev python3-netcdf4 clang libclang-rt-14-dev git gcovr \
+hdf5-filter-plugin hdf5-filter-plugin-blosc-serial"
 missing=""
 for p in $packages; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing="$missing $p"

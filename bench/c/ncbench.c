@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <netcdf.h>
 #include <stddef.h>
+#include <netcdf_filter.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -104,7 +105,11 @@ static void writeBig(const char* path, int mode, size_t rows) {
   check(nc_close(ncid), "close");
 }
 
-static void writeDeflated(const char* path, size_t rows) {
+/* The compressed float files: deflate+shuffle, bzip2, and BitRound quantization (9 bits)
+ * before deflate. */
+enum Compression { DEFLATE, BZIP2, QUANTIZE };
+
+static void writeCompressed(const char* path, size_t rows, enum Compression compression) {
   int ncid, dims[2], varid;
   const size_t chunks[2] = {64, 4096};
   check(nc_create(path, NC_NETCDF4 | NC_CLOBBER, &ncid), path);
@@ -112,7 +117,12 @@ static void writeDeflated(const char* path, size_t rows) {
   check(nc_def_dim(ncid, "x", BENCH_COLUMNS, &dims[1]), "def_dim");
   check(nc_def_var(ncid, "f", NC_FLOAT, 2, dims, &varid), "def_var");
   check(nc_def_var_chunking(ncid, varid, NC_CHUNKED, chunks), "chunking");
-  check(nc_def_var_deflate(ncid, varid, 1, 1, 1), "deflate");
+  if (compression == BZIP2) {
+    check(nc_def_var_bzip2(ncid, varid, 1), "bzip2");
+  } else {
+    if (compression == QUANTIZE) check(nc_def_var_quantize(ncid, varid, NC_QUANTIZE_BITROUND, 9), "quantize");
+    check(nc_def_var_deflate(ncid, varid, 1, 1, 1), "deflate");
+  }
   check(nc_enddef(ncid), "enddef");
   const size_t n = rows * BENCH_COLUMNS;
   float* data = allocOrDie(n * sizeof(float));
@@ -192,8 +202,14 @@ static void prepare(const char* dir, size_t mib) {
     snprintf(path, sizeof path, "%s/%s", dir, names[k]);
     writeBig(path, k % 2 == 0 ? NC_NETCDF4 : NC_64BIT_OFFSET, rows);
   }
-  snprintf(path, sizeof path, "%s/deflate.nc", dir);
-  writeDeflated(path, rows / 2);
+  const char* compressed[] = {"deflate.nc", "bzip2.nc", "quantize.nc"};
+  for (int k = 0; k < 3; ++k) {
+    snprintf(path, sizeof path, "%s/%s", dir, compressed[k]);
+    writeCompressed(path, rows / 2, (enum Compression)k);
+  }
+  /* A quarter of the big netCDF-4 file, for opening from memory. */
+  snprintf(path, sizeof path, "%s/mem4.nc", dir);
+  writeBig(path, NC_NETCDF4, rows / 4);
   snprintf(path, sizeof path, "%s/small.nc", dir);
   writeSmall(path);
   snprintf(path, sizeof path, "%s/small_write.nc", dir);
@@ -483,7 +499,8 @@ int main(int argc, char** argv) {
     readWhole(path, reps, kind);
   } else if (strcmp(workload, "read_slabs") == 0) {
     readSlabs(path, reps, kind);
-  } else if (strcmp(workload, "read_deflate") == 0 || strcmp(workload, "read_zarr") == 0) {
+  } else if (strcmp(workload, "read_deflate") == 0 || strcmp(workload, "read_zarr") == 0 ||
+             strcmp(workload, "read_bzip2") == 0 || strcmp(workload, "read_quantize") == 0) {
     readWhole(path, reps, kind);
   } else if (strcmp(workload, "read_dap2") == 0) {
     readRemote(path, reps);

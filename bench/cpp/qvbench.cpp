@@ -96,9 +96,7 @@ class OpenVariable {
 };
 
 const char* bulkVariable(const std::string& path) {
-  const bool single =
-      path.find("deflate") != std::string::npos || path.find(".zarr") != std::string::npos;
-  return single ? "f" : "x";
+  return path.find("/big") != std::string::npos ? "x" : "f";
 }
 
 void readWhole(const std::string& path, int reps) {
@@ -325,9 +323,10 @@ int main(int argc, char** argv) {
   }
   const std::map<std::string, std::function<void(const std::string&, int)>> workloads{
       {"read_whole", readWhole},   {"read_slabs", readSlabs},     {"read_deflate", readWhole},
-      {"read_zarr", readWhole},    {"read_dap2", readRemote},     {"write_whole", writeWhole},
-      {"get1", readElements},      {"put1", writeElements},       {"strided", readStrided},
-      {"meta", scanMetadata},      {"read_compound", readCompound}};
+      {"read_bzip2", readWhole},   {"read_quantize", readWhole},  {"read_zarr", readWhole},
+      {"read_dap2", readRemote},   {"write_whole", writeWhole},   {"get1", readElements},
+      {"put1", writeElements},     {"strided", readStrided},      {"meta", scanMetadata},
+      {"read_compound", readCompound}};
   const auto found = workloads.find(argv[1]);
   if (found == workloads.end()) {
     std::fprintf(stderr, "unknown workload %s\n", argv[1]);

@@ -22,6 +22,7 @@ const Catalogue& catalogue() {
       {"QUARNA:imagesci:netcdf:argumentIsEmptySet", "The '{1}' argument must not be empty."},
       {"QUARNA:imagesci:netcdf:argumentWasNotChar",
        "The '{1}' argument must be a character vector."},
+      {"QUARNA:imagesci:netcdf:argumentNotOfKind", "The '{1}' argument must be {2}."},
       {"QUARNA:imagesci:netcdf:attemptedChecksumInquiryOnNetcdf3File",
        "Checksum settings cannot be inquired of a variable in a netCDF-3 file: Fletcher-32 "
        "checksums exist only in netCDF-4 files."},

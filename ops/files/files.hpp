@@ -20,3 +20,7 @@ NETCDFLIB_HANDLER(handleInqLibVers);
 NETCDFLIB_HANDLER(handleInq);
 NETCDFLIB_HANDLER(handleGetChunkCache);
 NETCDFLIB_HANDLER(handleSetChunkCache);
+// Files held in memory.
+NETCDFLIB_HANDLER(handleOpenMem);
+NETCDFLIB_HANDLER(handleCreateMem);
+NETCDFLIB_HANDLER(handleCloseMem);

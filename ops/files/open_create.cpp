@@ -17,6 +17,7 @@
 #include "ops/files/file_mode.hpp"
 #include "ops/files/files.hpp"
 #include "ops/remote/zarr_codecs.hpp"
+#include "ops/files/open_guards.hpp"
 
 namespace {
 
@@ -31,6 +32,8 @@ void checkCreateStatus(int status, bool overwriteHasOwnError, const OperationRow
   }
   checkStatus(status, row);
 }
+
+}  // namespace
 
 // netCDF-C 4.9.0 crashes on two modes instead of failing: creating a file in a
 // user-defined format (NC_UDF0, NC_UDF1) that nobody registered dereferences a null
@@ -65,6 +68,8 @@ bool isOpenHere(const std::string& path) {
   }
   return false;
 }
+
+namespace {
 
 int createFile(const std::string& path, int mode, std::size_t initialSize, std::size_t* chunkSize,
                int* ncid) {

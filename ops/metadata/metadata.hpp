@@ -50,3 +50,19 @@ NETCDFLIB_HANDLER(handleDefVarFletcher32);
 NETCDFLIB_HANDLER(handleInqVarFletcher32);
 NETCDFLIB_HANDLER(handleDefVarFill);
 NETCDFLIB_HANDLER(handleInqVarFill);
+// Compression filters: one handler per operation.
+NETCDFLIB_HANDLER(handleDefVarFilter);
+NETCDFLIB_HANDLER(handleInqVarFilterIds);
+NETCDFLIB_HANDLER(handleInqVarFilterInfo);
+NETCDFLIB_HANDLER(handleInqFilterAvail);
+NETCDFLIB_HANDLER(handleDefVarSzip);
+NETCDFLIB_HANDLER(handleInqVarSzip);
+NETCDFLIB_HANDLER(handleDefVarBzip2);
+NETCDFLIB_HANDLER(handleInqVarBzip2);
+NETCDFLIB_HANDLER(handleDefVarZstandard);
+NETCDFLIB_HANDLER(handleInqVarZstandard);
+// Quantization and byte order.
+NETCDFLIB_HANDLER(handleDefVarQuantize);
+NETCDFLIB_HANDLER(handleInqVarQuantize);
+NETCDFLIB_HANDLER(handleDefVarEndian);
+NETCDFLIB_HANDLER(handleInqVarEndian);

@@ -10,6 +10,7 @@
 #include "convert/text.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/status.hpp"
+#include "ops/metadata/filter_guards.hpp"
 #include "ops/metadata/hdf5_names.hpp"
 #include "ops/metadata/metadata.hpp"
 #include "ops/remote/zarr_codecs.hpp"
@@ -48,6 +49,7 @@ void handleDefVarChunking(int, qvArrayPtr*, int, const qvArray* const* inputs,
   } else if (storage != NC_CONTIGUOUS) {
     qvErrMsgId(QUARNA::imagesci::netcdf::unrecognizedChunkStorage());
   }
+  if (storage == NC_CHUNKED) checkStatus(statusOfChunkingUnderSzip(ncid, varid, chunks), row);
   checkStatus(nc_def_var_chunking(ncid, varid, storage, chunks.empty() ? nullptr : chunks.data()),
               row);
 }

@@ -105,6 +105,7 @@ bool affordable(const OperationRow& row, std::span<const qvArray* const> inputs)
   if (name == "defVarChunking") return smallChunks(inputs[3]);
   if (name == "pCreate") return !anyLarge(inputs[2], 1 << 24) && !anyLarge(inputs[3], 1 << 24);
   if (name == "pOpen") return !anyLarge(inputs[2], 1 << 24);
+  if (name == "createMem") return !anyLarge(inputs[2], 1 << 24);
   if (name == "setChunkCache") {
     return !anyLarge(inputs[0], 1 << 26) && !anyLarge(inputs[1], 1 << 16);
   }

@@ -171,7 +171,7 @@ void harvest(const OperationRow& row, const qvArrayPtr* outputs, std::size_t n,
   const std::string_view name = row.name;
   auto out = [&](std::size_t i) { return i < n ? outputs[i].get() : nullptr; };
   if (name == "create" || name == "open" || name == "defGrp" || name == "inqNcid" ||
-      name == "inqGrpParent" || name == "inqGrps") {
+      name == "inqGrpParent" || name == "inqGrps" || name == "openMem" || name == "createMem") {
     toPool(history, Pool::Ncid, out(0));
   } else if (name == "pCreate" || name == "pOpen") {
     toPool(history, Pool::Ncid, out(1));

@@ -165,6 +165,7 @@ void addAttributeSeeds(std::map<std::string, fuzz::Program>& out) {
 
 void addFileSeeds(std::map<std::string, fuzz::Program>& out);
 void addUserTypeSeeds(std::map<std::string, fuzz::Program>& out);
+void addCompressionSeeds(std::map<std::string, fuzz::Program>& out);
 
 // For one atomic type: a fill value of its class, and a vlen of it written and read.
 template <class T>
@@ -238,6 +239,7 @@ const std::map<std::string, fuzz::Program>& programs() {
     addFileSeeds(out);
     addTypeSeeds(out);
     addUserTypeSeeds(out);
+    addCompressionSeeds(out);
     return out;
   }();
   return all;
