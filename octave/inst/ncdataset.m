@@ -179,6 +179,11 @@ classdef ncdataset < handle
       ## double (single when those attributes are single).  Missing elements of a
       ## floating-point result are NaN; an integer result keeps its values, and
       ## @var{missing} (a logical array of the size of @var{x}) marks them.
+      ##
+      ## Data of a user-defined type is read as netcdflib's "getVar" gives it (enum as
+      ## its base class's integers, opaque as uint8 bytes-by-shape, compound as a struct
+      ## of field arrays, vlen as cells) and is not decoded; @var{missing} is then all
+      ## false in the shape of the selection.
       ## @end deftypefn
       [pos, opts] = ncoptions (varargin, struct ('Decode', true), 'read');
       if (numel (pos) > 3)
@@ -194,19 +199,16 @@ classdef ncdataset < handle
           call = {'getVars', v.ncid, v.varid, start, count, stride};
         end
       end
-      call{1} = [call{1} data_suffix(v, 'read')];
+      call{1} = [call{1} data_suffix(v.xtype)];
       obj.data_mode ();
       x = nccall (sprintf ('reading variable "%s"', name), call{:});
-      if (! opts.Decode)
-        if (nargout > 1)
-          missing = false (size (x));
-        end
-        return;
+      cf = {};
+      if (opts.Decode)
+        cf = obj.cf_attributes (v);
       end
-      cf = obj.cf_attributes (v);
       if (isempty (cf))
         if (nargout > 1)
-          missing = false (size (x));
+          missing = false (data_shape (v, x));
         end
         return;
       end
@@ -244,14 +246,14 @@ classdef ncdataset < handle
         x = cast_checked (x, type_row (v.xtype).class, v.name);   # the stored class, as is
       end
       r = numel (v.dimids);
+      sz = data_shape (v, x);
       if (r == 1)
-        if (! isvector (x) && ! isempty (x))
+        if (nnz (sz != 1) > 1 && all (sz))
           error ('ncdataset:badArgument', ...
                  'write: the data for variable "%s" of one dimension must be a vector', name);
         end
-        count = numel (x);
+        count = prod (sz);
       else
-        sz = size (x);
         count = [sz, ones(1, r - numel (sz))];
         if (any (count(r+1:end) != 1))
           error ('ncdataset:badArgument', ...
@@ -267,10 +269,6 @@ classdef ncdataset < handle
       if (numel (pos) >= 2)
         stride = index_vector (pos{2}, r, 'STRIDE', name, 'write');
       end
-      if (v.xtype > 12 && ! iscell (x))
-        error ('ncdataset:badArgument', ...
-               'write: variable "%s" of a user-defined type takes a cell array', name);
-      end
       call = {'Vara', v.ncid, v.varid, start - 1, count, x};
       if (! isempty (stride))
         call = {'Vars', v.ncid, v.varid, start - 1, count, stride, x};
@@ -278,7 +276,7 @@ classdef ncdataset < handle
       if (r == 0)
         call = {'Var', v.ncid, v.varid, x};
       end
-      call{1} = ['put' call{1} data_suffix(v, 'written')];
+      call{1} = ['put' call{1} data_suffix(v.xtype)];
       obj.data_mode ();
       nccall (sprintf ('writing variable "%s"', name), call{:});
     end
@@ -288,7 +286,8 @@ classdef ncdataset < handle
       ## @deftypefn {} {@var{value} =} attribute (@var{ds}, @var{varname}, @var{attname})
       ## The value of attribute @var{attname} of variable @var{varname} ('' for a global
       ## attribute), as stored: text as char, strings as a cell of char rows, numbers in
-      ## the class of their type.
+      ## the class of their type, user-defined types in their own form as netcdflib's
+      ## "getAtt" gives them.
       ## @end deftypefn
       [id, varid, what] = obj.owner (varname);
       value = read_attribute (id, varid, attname, what);
@@ -516,14 +515,7 @@ classdef ncdataset < handle
       end
       for k = 1:natts
         a(k).Name = netcdflib ('inqAttName', obj.Id, varid, k - 1);
-        try
-          a(k).Value = read_attribute (obj.Id, varid, a(k).Name, what);
-        catch err
-          ## A value of a type there is no reading for yet is left empty, not the listing.
-          if (! strcmp (err.identifier, 'ncdataset:badType'))
-            rethrow (err);
-          end
-        end
+        a(k).Value = read_attribute (obj.Id, varid, a(k).Name, what);
       end
     end
 

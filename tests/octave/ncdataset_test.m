@@ -293,6 +293,53 @@
 %! expect_same (ds.read ('r', 2, Inf), {int32([]); int32(3)}, 'vlen subset');
 %! ds.close ();
 
+## Enum, opaque and compound variables and attributes read in their own form, whole and
+## by subset, as netcdflib's untyped rows give them, not decoded; the same forms written.
+%!test
+%! file = fullfile (work, 'own.nc');
+%! ncgen_file (file, ["netcdf own {\ntypes:\n  short enum level_t {low = 1, mid = 5, high = 9} ;\n" ...
+%!   "  opaque(3) tag_t ;\n  compound pt_t {\n    double t ;\n    short s(2) ;\n  } ;\n" ...
+%!   "dimensions:\n  n = 4 ;\nvariables:\n  level_t lev(n) ;\n    level_t lev:worst = high ;\n" ...
+%!   "  tag_t tag(n) ;\n  pt_t pt(n) ;\n  level_t :levels = low, high ;\ndata:\n" ...
+%!   " lev = low, mid, high, mid ;\n tag = 0X010203, 0X040506, 0X070809, 0X0A0B0C ;\n" ...
+%!   " pt = {1.5, {1, 2}}, {2.5, {3, 4}}, {3.5, {5, 6}}, {4.5, {7, 8}} ;\n}\n"]);
+%! same = @(x, y, where) expect_same ([fieldnames(x); struct2cell(x)], ...
+%!                                    [fieldnames(y); struct2cell(y)], where);
+%! nc = netcdflib ('open', file, 'NC_NOWRITE');
+%! id = @(name) netcdflib ('inqVarID', nc, name);
+%! lev = netcdflib ('getVar', nc, id ('lev'));
+%! tag = netcdflib ('getVar', nc, id ('tag'));
+%! pt = netcdflib ('getVar', nc, id ('pt'));
+%! pt23 = netcdflib ('getVara', nc, id ('pt'), 1, 2);
+%! worst = netcdflib ('getAtt', nc, id ('lev'), 'worst');
+%! levels = netcdflib ('getAtt', nc, netcdflib ('parameter', 'NC_GLOBAL'), 'levels');
+%! netcdflib ('close', nc);
+%! expect_same ({lev, worst, levels, pt.t}, {int16([1; 5; 9; 5]), int16(9), int16([1 9]), ...
+%!              [1.5; 2.5; 3.5; 4.5]}, 'netcdflib');
+%! ds = ncdataset (file, 'a');
+%! v = ds.Variables;
+%! expect_same ({v.Datatype}, {'enum:level_t', 'opaque:tag_t', 'compound:pt_t'}, 'Datatype');
+%! expect_same ({v(1).Attributes.Value, ds.Attributes.Value}, {worst, levels}, 'Attributes');
+%! expect_same (ds.attribute ('lev', 'worst'), worst, 'attribute');
+%! [x, m] = ds.read ('lev');
+%! expect_same ({x, m}, {lev, false(4, 1)}, 'enum');
+%! [x, m] = ds.read ('tag', 2, 3);
+%! expect_same ({x, m}, {tag(:, 2:4), false(3, 1)}, 'opaque subset');
+%! [x, m] = ds.read ('pt');
+%! same (x, pt, 'compound');
+%! expect_same (m, false (4, 1), 'compound missing');
+%! same (ds.read ('pt', 2, 2), pt23, 'compound subset');
+%! ds.write ('pt', struct ('t', [8; 9], 's', int16 ([10 11; 12 13])), 3);
+%! ds.write ('tag', uint8 ([7; 7; 7]), 1);
+%! ds.write ('lev', int16 (1), 4);
+%! pt.t(3:4) = [8; 9];
+%! pt.s(:, 3:4) = [10 11; 12 13];
+%! same (ds.read ('pt'), pt, 'compound written');
+%! tag(:, 1) = 7;
+%! lev(4) = 1;
+%! expect_same ({ds.read('tag'), ds.read('lev')}, {tag, lev}, 'opaque and enum written');
+%! ds.close ();
+
 ## A read straight after the definitions of a classic file leaves define mode itself;
 ## elements never written hold the default fill and read as missing.
 %!test

@@ -83,3 +83,13 @@ function expect_error (err, id, varargin)
     end
   end
 end
+
+function ncgen_file (file, cdl)
+  % Writes the netCDF-4 file FILE from the CDL text with ncgen.
+  fid = fopen ([file '.cdl'], 'w');
+  fputs (fid, cdl);
+  fclose (fid);
+  ncgen = fullfile (fileparts (getenv ('NETCDFLIB_NCDUMP')), 'ncgen');
+  [status, out] = system (sprintf ('"%s" -k nc4 -o "%s" "%s" 2>&1', ncgen, file, [file '.cdl']));
+  assert (status == 0, out);
+end

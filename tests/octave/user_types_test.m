@@ -56,16 +56,6 @@
 %!  end
 %!endfunction
 
-## Writes FILE from the CDL text with ncgen.
-%!function ncgen_file (file, cdl)
-%!  fid = fopen ([file '.cdl'], 'w');
-%!  fputs (fid, cdl);
-%!  fclose (fid);
-%!  ncgen = fullfile (fileparts (getenv ('NETCDFLIB_NCDUMP')), 'ncgen');
-%!  [status, out] = system (sprintf ('"%s" -k nc4 -o "%s" "%s" 2>&1', ncgen, file, [file '.cdl']));
-%!  assert (status == 0, out);
-%!endfunction
-
 ## Defines obs_t and its parts in NC, laid out as a C compiler would, and returns its id.
 %!function [obs_t, ints_t] = define_obs (nc)
 %!  p = @(name) netcdflib ('parameter', name);

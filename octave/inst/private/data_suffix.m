@@ -1,14 +1,8 @@
-function s = data_suffix (v, verb)
-  ## Suffix of the typed netcdflib operations that read or write (VERB) variable V.
-  if (v.xtype >= 1 && v.xtype <= 12)
-    s = type_row (v.xtype).suffix;
-    return;
-  end
-  [~, ~, ~, ~, cls] = netcdflib ('inqUserType', v.ncid, v.xtype);
-  if (cls == 13)
-    s = 'Vlen';
-  else
-    error ('ncdataset:badType', '"%s" is of %s, which cannot be %s here', ...
-           v.name, type_name (v.ncid, v.xtype), verb);
+function s = data_suffix (xtype)
+  ## Suffix of the netcdflib operations that move data of type XTYPE: the typed rows for
+  ## atomic types, the untyped ones (data in the type's own form) for user-defined types.
+  s = '';
+  if (xtype >= 1 && xtype <= 12)
+    s = type_row (xtype).suffix;
   end
 end
