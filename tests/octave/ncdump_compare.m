@@ -1,10 +1,10 @@
 function counts = ncdump_compare (label, urls, printed_urls)
   % Reads every variable and attribute of each of URLS here and fails unless each equals
   % what ncdump -p 9,17 prints for that URL, or for the same element of PRINTED_URLS
-  % when given (every float and double exactly). Prints and
-  % returns the counts [variables, attributes, pending, unsupported]: enum and opaque data
-  % and attributes wait for untyped reads; compound and vlen-of-compound data cannot be
-  % read here.
+  % when given (every float and double exactly). Enum and opaque values are read in their
+  % own type and compared as ncdump prints them (member names, 0X and hex bytes). Prints and
+  % returns the counts [variables, attributes, enum or opaque among them, not compared
+  % (compound, vlen of compound), read the same by ncdataset].
   if (nargin < 3)
     printed_urls = urls;
   end
@@ -12,8 +12,8 @@ function counts = ncdump_compare (label, urls, printed_urls)
   for k = 1:numel (urls)
     counts += compare_one (urls{k}, printed_urls{k});
   end
-  fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s; ' ...
-                    '%d pending (enum, opaque), %d not readable here (compound, vlen of ' ...
+  fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s, ' ...
+                    '%d of them enum or opaque; %d not compared (compound, vlen of ' ...
                     'compound); ncdataset read %d of the variables the same\n'], label, ...
           numel (urls), counts);
 end
@@ -38,14 +38,15 @@ function counts = compare_one (url, printed_url)
           [name, xtype, ~, natts] = netcdflib ('inqVar', gid, varid);
           key = [path '/' name];
           [v, fill, kind] = read_var (gid, varid, xtype);
-          if (! strcmp (kind, 'atomic'))
-            counts(3 + strcmp (kind, 'unsupported')) += 1;
+          user = strcmp (kind, 'user');
+          if (strcmp (kind, 'unsupported'))
+            counts(4) += 1;
             seen{end+1} = key;
           elseif (! isempty (v) || isKey (printed, key))
             assert (isKey (printed, key), '%s: ncdump prints no data of %s', url, key);
-            assert (equal_tokens (printed(key), v, fill), '%s: %s differs', url, key);
-            counts(1) += 1;
-            if (isempty (path))
+            assert (equal_tokens (printed(key), v, fill, user), '%s: %s differs', url, key);
+            counts([1 3]) += [1 user];
+            if (isempty (path) && ! user)
               ## The dataset interface, undecoded, reads the same values.
               raw = ds.read (name, 'Decode', false);
               assert (isequaln (raw(:), v(:)) && strcmp (class (raw), class (v)), ...
@@ -57,14 +58,14 @@ function counts = compare_one (url, printed_url)
         end
         for a = 0:natts-1
           att = netcdflib ('inqAttName', gid, varid, a);
-          v = read_att (gid, varid, att);
+          [v, user] = read_att (gid, varid, att);
           akey = [key ':' att];
           if (isempty (v) && ! (ischar (v) || iscell (v)))
-            counts(3) += 1;
+            counts(4) += 1;
           else
             assert (isKey (printed, akey), '%s: ncdump prints no %s', url, akey);
-            assert (equal_tokens (printed(akey), v, []), '%s: %s differs', url, akey);
-            counts(2) += 1;
+            assert (equal_tokens (printed(akey), v, [], user), '%s: %s differs', url, akey);
+            counts([2 3]) += [1 user];
           end
           seen{end+1} = akey;
         end
@@ -87,8 +88,14 @@ function s = int_text (v)
   end
 end
 
-function same = equal_tokens (tokens, v, fill)
-  % Whether ncdump's tokens are the values V (fill: what '_' stands for).
+function same = equal_tokens (tokens, v, fill, names)
+  % Whether ncdump's tokens are the values V (fill: what '_' stands for; NAMES: V holds
+  % enum or opaque values as printed).
+  if (names)
+    tokens(strcmp (tokens, '_')) = {fill};
+    same = isequal (tokens(:), v(:));
+    return;
+  end
   if (ischar (v))
     ## Text rows lose their trailing NULs in ncdump's print; compare the bytes left.
     rows = reshape (v, max (size (v, 1), 1), []);
@@ -132,13 +139,19 @@ function s = strip_nuls (s)
 end
 
 function [v, fill, kind] = read_var (gid, varid, xtype)
-  % KIND: 'atomic', or for user types 'pending' (enum and opaque) or 'unsupported'.
+  % KIND: 'atomic', 'user' (enum and opaque, V as printed) or 'unsupported'.
   suffix = {'Schar', 'Text', 'Short', 'Int', 'Float', 'Double', 'Uchar', 'Ushort', 'Uint', ...
             'Int64', 'Uint64', 'String'};
   v = [];  fill = [];  kind = 'atomic';
   if (xtype > 12)
     [~, ~, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
-    kind = ifelse_text (any (cls == [14 15]), 'pending', 'unsupported');
+    kind = ifelse_text (any (cls == [14 15]), 'user', 'unsupported');
+    if (strcmp (kind, 'user'))
+      v = printed_values (gid, xtype, netcdflib ('getVar', gid, varid));
+      try
+        fill = read_att (gid, varid, '_FillValue'){1};
+      end
+    end
     return;
   end
   v = netcdflib (['getVar' suffix{xtype}], gid, varid);
@@ -156,13 +169,33 @@ function s = ifelse_text (c, a, b)
   if (c) s = a; else s = b; end
 end
 
-function v = read_att (gid, varid, name)
+function [v, user] = read_att (gid, varid, name)
+  % USER: an enum or opaque attribute, V as printed.
   suffix = {'Schar', 'Text', 'Short', 'Int', 'Float', 'Double', 'Uchar', 'Ushort', 'Uint', ...
             'Int64', 'Uint64', 'String'};
   xtype = netcdflib ('inqAtt', gid, varid, name);
   v = [];
+  user = false;
   if (xtype <= 12)
     v = netcdflib (['getAtt' suffix{xtype}], gid, varid, name);
+    return;
+  end
+  [~, ~, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
+  user = any (cls == [14 15]);
+  if (user)
+    v = printed_values (gid, xtype, netcdflib ('getAtt', gid, varid, name));
+  end
+end
+
+function names = printed_values (gid, xtype, v)
+  % Enum values as ncdump prints them, by member name; opaque ones as 0X and hex bytes.
+  [~, n, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
+  if (cls == 15)
+    names = arrayfun (@(x) netcdflib ('inqEnumIdent', gid, xtype, double (x)), v(:)', ...
+                      'UniformOutput', false);
+  else
+    names = cellfun (@(b) ['0X' sprintf('%02X', b)], num2cell (reshape (v, n, []), 1), ...
+                     'UniformOutput', false);
   end
 end
 
