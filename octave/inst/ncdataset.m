@@ -619,8 +619,8 @@ classdef ncdataset < handle
                'defineVariable: DATATYPE of "%s" must be a character string', name);
       end
       xtype = find (strcmp (datatype, {type_table().class}), 1);
-      if (isempty (xtype) && strncmp (datatype, 'vlen:', 5))
-        xtype = user_type_id (obj.Id, datatype(6:end));
+      if (isempty (xtype) && any (datatype == ':'))
+        xtype = user_type_id (obj.Id, datatype);
       end
       if (isempty (xtype))
         error ('ncdataset:badType', 'defineVariable: unknown DATATYPE ''%s'' for "%s"', ...

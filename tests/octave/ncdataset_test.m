@@ -292,6 +292,19 @@
 %! expect_same (ds.read ('r'), {int32([1; 2]); int32([]); int32(3)}, 'vlen');
 %! expect_same (ds.read ('r', 2, Inf), {int32([]); int32(3)}, 'vlen subset');
 %! ds.close ();
+%! ## Variables of the file's user-defined types are defined by Datatype.
+%! ds = ncdataset (file, 'a');
+%! ds.defineVariable ('r2', 'vlen:ragged', {ds.Variables(strcmp ({ds.Variables.Name}, 'r')).Dimensions{1}});
+%! ds.write ('r2', {int32(7); int32([8; 9]); int32([])});
+%! expect_same (ds.read ('r2'), {int32(7); int32([8; 9]); int32([])}, 'vlen defined by name');
+%! expect_same (ds.Variables(end).Datatype, 'vlen:ragged', 'Datatype of a defined variable');
+%! try
+%!   ds.defineVariable ('z', 'enum:nothing', {});
+%!   error ('no error');
+%! catch err
+%!   expect_error (err, 'ncdataset:badType', 'enum:nothing');
+%! end
+%! ds.close ();
 
 ## Enum, opaque and compound variables and attributes read in their own form, whole and
 ## by subset, as netcdflib's untyped rows give them, not decoded; the same forms written.
