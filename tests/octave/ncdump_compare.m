@@ -2,25 +2,26 @@ function counts = ncdump_compare (label, urls, printed_urls)
   % Reads every variable and attribute of each of URLS here and fails unless each equals
   % what ncdump -p 9,17 prints for that URL, or for the same element of PRINTED_URLS
   % when given (every float and double exactly). Enum and opaque values are read in their
-  % own type and compared as ncdump prints them (member names, 0X and hex bytes). Prints and
-  % returns the counts [variables, attributes, enum or opaque among them, not compared
-  % (compound, vlen of compound), read the same by ncdataset].
+  % own type and compared as ncdump prints them (member names, 0X and hex bytes); compound
+  % and vlen variables leaf by leaf in print order. Prints and returns the counts [variables,
+  % attributes, enum or opaque among them, compound or vlen among them, not compared, read
+  % the same by ncdataset].
   if (nargin < 3)
     printed_urls = urls;
   end
-  counts = [0 0 0 0 0];
+  counts = zeros (1, 6);
   for k = 1:numel (urls)
     counts += compare_one (urls{k}, printed_urls{k});
   end
   fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s, ' ...
-                    '%d of them enum or opaque; %d not compared (compound, vlen of ' ...
-                    'compound); ncdataset read %d of the variables the same\n'], label, ...
+                    '%d of them enum or opaque, %d compound or vlen; %d not ' ...
+                    'compared; ncdataset read %d of the variables the same\n'], label, ...
           numel (urls), counts);
 end
 
 function counts = compare_one (url, printed_url)
   printed = cdl_values (ncdump ('-p', '9,17', printed_url));
-  counts = [0 0 0 0 0];
+  counts = zeros (1, 6);
   seen = {};
   nc = netcdflib ('open', url, 'NC_NOWRITE');
   ds = ncdataset (url);
@@ -39,8 +40,14 @@ function counts = compare_one (url, printed_url)
           key = [path '/' name];
           [v, fill, kind] = read_var (gid, varid, xtype);
           user = strcmp (kind, 'user');
-          if (strcmp (kind, 'unsupported'))
-            counts(4) += 1;
+          if (strcmp (kind, 'nested'))
+            assert (isKey (printed, key), '%s: ncdump prints no data of %s', url, key);
+            tokens = printed(key);
+            tokens = tokens(! ismember (tokens, {'{', '}'}));
+            assert (numel (tokens) == numel (v) ...
+                    && all (cellfun (@(t, x) equal_tokens ({t}, x, [], false), tokens, v)), ...
+                    '%s: %s differs', url, key);
+            counts([1 4]) += 1;
             seen{end+1} = key;
           elseif (! isempty (v) || isKey (printed, key))
             assert (isKey (printed, key), '%s: ncdump prints no data of %s', url, key);
@@ -51,7 +58,7 @@ function counts = compare_one (url, printed_url)
               raw = ds.read (name, 'Decode', false);
               assert (isequaln (raw(:), v(:)) && strcmp (class (raw), class (v)), ...
                       '%s: ncdataset reads %s differently', url, key);
-              counts(5) += 1;
+              counts(6) += 1;
             end
             seen{end+1} = key;
           end
@@ -61,7 +68,7 @@ function counts = compare_one (url, printed_url)
           [v, user] = read_att (gid, varid, att);
           akey = [key ':' att];
           if (isempty (v) && ! (ischar (v) || iscell (v)))
-            counts(4) += 1;
+            counts(5) += 1;
           else
             assert (isKey (printed, akey), '%s: ncdump prints no %s', url, akey);
             assert (equal_tokens (printed(akey), v, [], user), '%s: %s differs', url, akey);
@@ -139,14 +146,18 @@ function s = strip_nuls (s)
 end
 
 function [v, fill, kind] = read_var (gid, varid, xtype)
-  % KIND: 'atomic', 'user' (enum and opaque, V as printed) or 'unsupported'.
+  % KIND: 'atomic', 'user' (enum and opaque, V as printed) or 'nested' (compound and vlen,
+  % V a cell row of leaf values in print order).
   suffix = {'Schar', 'Text', 'Short', 'Int', 'Float', 'Double', 'Uchar', 'Ushort', 'Uint', ...
             'Int64', 'Uint64', 'String'};
   v = [];  fill = [];  kind = 'atomic';
   if (xtype > 12)
     [~, ~, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
-    kind = ifelse_text (any (cls == [14 15]), 'user', 'unsupported');
-    if (strcmp (kind, 'user'))
+    if (! any (cls == [14 15]))
+      kind = 'nested';
+      v = [leaves(gid, xtype, netcdflib ('getVar', gid, varid)){:}];
+    else
+      kind = 'user';
       v = printed_values (gid, xtype, netcdflib ('getVar', gid, varid));
       try
         fill = read_att (gid, varid, '_FillValue'){1};
@@ -165,8 +176,34 @@ function [v, fill, kind] = read_var (gid, varid, xtype)
   end
 end
 
-function s = ifelse_text (c, a, b)
-  if (c) s = a; else s = b; end
+function per = leaves (gid, xtype, v)
+  % The leaf values of each element V holds, a cell per element in the file's order: a
+  % compound's fields in order, an array field's elements in row-major order, a vlen's
+  % elements in turn.
+  if (xtype <= 12)
+    if (! iscell (v))
+      v = num2cell (v);
+    end
+    per = cellfun (@(x) {x}, v(:)', 'UniformOutput', false);
+    return;
+  end
+  [~, ~, base, nfields, cls] = netcdflib ('inqUserType', gid, xtype);
+  if (cls == 13)
+    per = cellfun (@(e) [leaves(gid, base, e){:}], v(:)', 'UniformOutput', false);
+    return;
+  end
+  names = fieldnames (v);
+  for f = 1:nfields
+    [~, ~, ftype, dims] = netcdflib ('inqCompoundField', gid, xtype, f - 1);
+    ## Array dims come first in host order, so an element's items are adjacent.
+    sub = reshape (leaves (gid, ftype, v.(names{f})), prod (dims), []);
+    if (f == 1)
+      per = cell (1, columns (sub));
+    end
+    for k = 1:columns (sub)
+      per{k} = [per{k}, sub{:, k}];
+    end
+  end
 end
 
 function [v, user] = read_att (gid, varid, name)

@@ -21,6 +21,8 @@
 %! assert (numel (dap4) * remote_sample () >= 25 && counts(1) * remote_sample () > 20);
 %! ## Enum and opaque variables and attributes are among them, read in their own type.
 %! assert (counts(3) * remote_sample () >= 12);
+%! ## So are compound and vlen ones, leaf by leaf, and nothing is left uncompared.
+%! assert (counts(4) * remote_sample () >= 12 && counts(5) == 0);
 
 ## netCDF-C's DAP4 debug line stays out of Octave's output, and only that line: ncdump
 ## prints it on standard error for the same URL.
