@@ -7,7 +7,7 @@ CMAKE_FLAGS ?=
 WERROR = -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 
 .PHONY: deps configure build demo test sanitize-test coverage count release-check \
-  octave-package package-check bench fuzz fuzz-seeds format clean
+  octave-package package-check bench fuzz fuzz-build fuzz-merge format clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -90,11 +90,13 @@ FUZZ_RUNS ?= -1
 FUZZ_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
   UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
-fuzz: deps
+fuzz-build: deps
 	@cmake -S . -B $(FUZZ_BUILD) $(WERROR) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target netcdflib_fuzzer
 	@mkdir -p $(FUZZ_BUILD)/fuzz-corpus $(FUZZ_BUILD)/fuzz-artifacts
+
+fuzz: fuzz-build
 	@env $(FUZZ_ENV) NETCDFLIB_FUZZ_REQUIRE_HANDLERS=1 $(FUZZ_BUILD)/bin/netcdflib_fuzzer \
 	  -runs=0 tests/fuzz/corpus 2>$(FUZZ_BUILD)/fuzz-seeds.log; \
 	  status=$$?; grep -E '^(netcdflib_fuzzer:|SUMMARY)' $(FUZZ_BUILD)/fuzz-seeds.log; exit $$status
@@ -105,13 +107,16 @@ fuzz: deps
 	  status=$$?; grep -E '^(netcdflib_fuzzer:|stat::|SUMMARY|==[0-9]+==ERROR)' $(FUZZ_BUILD)/fuzz.log; \
 	  exit $$status
 
-# Rewrites the committed seed corpus from tests/fuzz/seed_*.cpp.
-fuzz-seeds: deps
-	@cmake -S . -B $(FUZZ_BUILD) $(WERROR) -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
-	  -DNETCDFLIB_FUZZ=ON -DNETCDFLIB_OCTAVE=OFF >/dev/null
-	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target make_seeds
-	@rm -f tests/fuzz/corpus/seed-*
-	@$(FUZZ_BUILD)/bin/make_seeds tests/fuzz/corpus
+# Grows the committed corpus, e.g. for a new operation row: FUZZ_SECONDS of fuzzing from it,
+# then a merge that adds only the inputs reaching code the corpus does not.
+fuzz-merge: fuzz-build
+	@env $(FUZZ_ENV) $(FUZZ_BUILD)/bin/netcdflib_fuzzer -max_total_time=$(FUZZ_SECONDS) \
+	  -artifact_prefix=$(FUZZ_BUILD)/fuzz-artifacts/ $(FUZZ_BUILD)/fuzz-corpus tests/fuzz/corpus \
+	  2>$(FUZZ_BUILD)/fuzz.log; status=$$?; grep -E '^(netcdflib_fuzzer:|SUMMARY)' $(FUZZ_BUILD)/fuzz.log; \
+	  [ $$status -eq 0 ] || exit $$status
+	@env $(FUZZ_ENV) $(FUZZ_BUILD)/bin/netcdflib_fuzzer -merge=1 tests/fuzz/corpus \
+	  $(FUZZ_BUILD)/fuzz-corpus 2>$(FUZZ_BUILD)/fuzz-merge.log; \
+	  status=$$?; grep -E '^(netcdflib_fuzzer:|MERGE-OUTER: [0-9]+ new files)' $(FUZZ_BUILD)/fuzz-merge.log; exit $$status
 
 format:
 	@find gateway convert ops host octave tests examples bench -name '*.[ch]pp' -o -name '*.cc' | xargs clang-format -i

@@ -1,5 +1,6 @@
-#include "fuzz_budget.hpp"
-
+// Calls the harness does not make because they would legitimately ask for more memory or
+// disk than a fuzzing process should spend: variables of millions of elements, huge size
+// hints, writes far beyond the end of an unlimited dimension.
 #include <netcdf.h>
 
 #include <algorithm>
@@ -7,9 +8,8 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <vector>
 
-#include "fuzz_arrays.hpp"
+#include "fuzz.hpp"
 
 namespace fuzz {
 

@@ -7,10 +7,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <string>
 
-#include "fuzz_workspace.hpp"
+#include "fuzz.hpp"
 
 namespace fuzz {
 
@@ -30,61 +29,12 @@ int defineVar(int nc, const char* name, nc_type type, std::initializer_list<int>
   return varid;
 }
 
-// Dimensions x = 4, y = 3 and an unlimited t; variables of the classic types; attributes.
-void writeClassicContent(int nc, bool extendedTypes) {
-  int x = -1, y = -1, t = -1;
-  must(nc_def_dim(nc, "x", 4, &x), "x");
-  must(nc_def_dim(nc, "y", 3, &y), "y");
-  must(nc_def_dim(nc, "t", NC_UNLIMITED, &t), "t");
-  const int d = defineVar(nc, "d", NC_DOUBLE, {y, x});
-  const int i = defineVar(nc, "i", NC_INT, {x});
-  const int c = defineVar(nc, "c", NC_CHAR, {y, x});
-  const int u = defineVar(nc, "u", NC_SHORT, {t, x});
-  const int b = defineVar(nc, "b", NC_BYTE, {x});
-  const int f = defineVar(nc, "f", NC_FLOAT, {});
-  int ll = -1;
-  if (extendedTypes) ll = defineVar(nc, "ll", NC_UINT64, {x});
-  must(nc_put_att_text(nc, NC_GLOBAL, "title", 7, "fixture"), "title");
-  const std::array<double, 3> nums = {1.5, -2.0, 1e300};
-  must(nc_put_att_double(nc, NC_GLOBAL, "nums", NC_DOUBLE, 3, nums.data()), "nums");
-  const std::array<int, 2> ai = {1, 2};
-  must(nc_put_att_int(nc, NC_GLOBAL, "ai", NC_INT, 2, ai.data()), "ai");
-  must(nc_put_att_text(nc, d, "units", 1, "m"), "units");
-  const short fill = -7;
-  must(nc_put_att_short(nc, u, "_FillValue", NC_SHORT, 1, &fill), "_FillValue");
-  must(nc_enddef(nc), "enddef");
-
-  const std::array<double, 12> dv = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-  must(nc_put_var_double(nc, d, dv.data()), "d data");
-  const std::array<int, 4> iv = {-1, 0, 1, 2147483647};
-  must(nc_put_var_int(nc, i, iv.data()), "i data");
-  must(nc_put_var_text(nc, c, "abcdefghij\xe9\x7f"), "c data");
-  const std::array<short, 8> uv = {1, 2, 3, 4, 5, 6, 7, 8};
-  const std::size_t start[] = {0, 0}, count[] = {2, 4};
-  must(nc_put_vara_short(nc, u, start, count, uv.data()), "u data");
-  const std::array<signed char, 4> bv = {-128, 0, 1, 127};
-  must(nc_put_var_schar(nc, b, bv.data()), "b data");
-  const float fv = 3.25f;
-  must(nc_put_var_float(nc, f, &fv), "f data");
-  if (extendedTypes) {
-    const std::array<unsigned long long, 4> lv = {0, 1, 1ULL << 63, ~0ULL};
-    must(nc_put_var_ulonglong(nc, ll, lv.data()), "ll data");
-  }
-}
-
-void writeClassic(const std::string& path, int mode) {
-  int nc = -1;
-  must(nc_create(path.c_str(), NC_CLOBBER | mode, &nc), path.c_str());
-  writeClassicContent(nc, (mode & (NC_64BIT_DATA | NC_NETCDF4)) != 0 && !(mode & NC_CLASSIC_MODEL));
-  must(nc_close(nc), "close");
-}
-
 // Variable-length types nested and of text, strings, chunked and compressed storage,
 // attributes of every type and a group tree.
+// netCDF-C's ncgen cannot write variable-length text, and orders types its own way.
 void writeNetcdf4(const std::string& path) {
   int nc = -1;
-  must(nc_create(path.c_str(), NC_CLOBBER | NC_NETCDF4, &nc), path.c_str());
-  writeClassicContent(nc, true);
+  must(nc_open(path.c_str(), NC_WRITE, &nc), path.c_str());
   must(nc_redef(nc), "redef");
   int x = -1;
   must(nc_inq_dimid(nc, "x", &x), "x");
@@ -155,41 +105,33 @@ void writeNetcdf4(const std::string& path) {
   must(nc_close(nc), "close");
 }
 
-std::vector<char> bytesOf(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 }  // namespace
 
-std::map<std::string, std::vector<char>> makeFixtures(const std::filesystem::path& dir) {
+void writeFixtures(const std::filesystem::path& dir) {
   std::filesystem::create_directories(dir);
-  std::map<std::string, std::vector<char>> fixtures;
-  const struct {
-    const char* word;
-    int mode;
-  } classic[] = {{"#classic", 0},
-                 {"#offset", NC_64BIT_OFFSET},
-                 {"#cdf5", NC_64BIT_DATA},
-                 {"#nc4classic", NC_NETCDF4 | NC_CLASSIC_MODEL}};
-  for (const auto& c : classic) {
-    const auto path = dir / (std::string(c.word + 1) + ".nc");
-    writeClassic(path.string(), c.mode);
-    fixtures[c.word] = bytesOf(path);
+  // The classic content from its text form; the netCDF-4 one adds to it.
+  const std::array<std::array<const char*, 3>, 5> fromText = {
+      {{"classic", "classic", "classic"},
+       {"offset", "64-bit offset", "classic"},
+       {"cdf5", "cdf5", "cdf5"},
+       {"nc4classic", "netCDF-4 classic model", "classic"},
+       {"nc4", "nc4", "cdf5"}}};
+  for (const auto& [name, kind, text] : fromText) {
+    const std::string command = std::string("ncgen -k '") + kind + "' -o '" +
+                                (dir / name).string() + ".nc' " + NETCDFLIB_FUZZ_FIXTURES + "/" +
+                                text + ".cdl";
+    must(std::system(command.c_str()) == 0 ? NC_NOERR : NC_EINVAL, command.c_str());
   }
-  const auto nc4 = dir / "nc4.nc";
-  writeNetcdf4(nc4.string());
-  fixtures["#nc4"] = bytesOf(nc4);
-  fixtures["#empty"] = {};
+  writeNetcdf4((dir / "nc4.nc").string());
+  std::ofstream(dir / "empty.nc").flush();
   // A classic magic number followed by a header that claims far more than it holds (65536
   // dimensions: netCDF-C sizes its tables from the claim, and larger claims are the
   // hostile-file tests' business, not a fuzzing process's memory).
-  fixtures["#garbage"] = {'C',  'D',  'F',  '\x01', '\0', '\0',   '\0', '\x02',
-                          '\0', '\0', '\0', '\x0a', '\0', '\x01', '\0', '\0'};
-  std::vector<char> truncated = fixtures["#nc4"];
-  truncated.resize(truncated.size() / 2);
-  fixtures["#truncated"] = std::move(truncated);
-  return fixtures;
+  const char garbage[] = {'C', 'D', 'F', 1, 0, 0, 0, 2, 0, 0, 0, 0x0a, 0, 1, 0, 0};
+  std::ofstream(dir / "garbage.nc", std::ios::binary).write(garbage, sizeof garbage);
+  std::filesystem::copy_file(dir / "nc4.nc", dir / "truncated.nc");
+  std::filesystem::resize_file(dir / "truncated.nc",
+                               std::filesystem::file_size(dir / "nc4.nc") / 2);
 }
 
 }  // namespace fuzz

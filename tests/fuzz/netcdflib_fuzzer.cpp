@@ -1,87 +1,91 @@
-// Coverage-guided fuzzing of the entry point. Each input decodes into a few calls of
-// netcdflib with host arrays of every class and shape; ids that earlier calls returned
-// feed later ones. A call must return or raise a message-ID error: any other exception,
-// a write past the output slots, or a file left open behind the caller's back aborts, so
-// that libFuzzer reports the input (crashes, leaks and undefined behaviour are the
-// sanitizers').
+// Coverage-guided fuzzing of the entry point. Each input reads as up to eight calls of
+// netcdflib: an operation byte (a row of the table, or past its end a name that is not
+// one), an input count byte (below 0xF0 the row's own count), then the inputs. A call
+// must return or raise a message-ID error: any other exception, a write past the output
+// slots, or a file left open behind the caller's back aborts, so that libFuzzer reports
+// the input (crashes, leaks and undefined behaviour are the sanitizers').
 #include <netcdf.h>
 
-#include <array>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
-#include <string>
+#include <set>
 #include <string_view>
 #include <typeinfo>
-#include <vector>
 
-#include "fuzz_arrays.hpp"
-#include "fuzz_budget.hpp"
-#include "fuzz_program.hpp"
-#include "fuzz_stats.hpp"
-#include "fuzz_workspace.hpp"
+#include "fuzz.hpp"
 #include "gateway/netcdflib.hpp"
-#include "gateway/operation.hpp"
 #include "gateway/row_shapes.hpp"
 #include "qvhost/qvhost.hpp"
 
 namespace {
 
-using fuzz::Stats;
+constexpr std::size_t kMaxCalls = 8;
+constexpr std::size_t kMaxInputs = 7;  // one more than any row takes
 
-// Names that are not the table's, and first inputs that are not names at all.
-enum class NameKind { Text, None, Double, String, Column };
-struct BogusName {
-  NameKind kind;
-  std::u16string text;
+// Calls by outcome, and which rows' handlers were called and returned.
+struct Stats {
+  unsigned long long inputs = 0, calls = 0, returned = 0, errors = 0, skipped = 0;
+  std::vector<bool> reached = std::vector<bool>(operationTable().size());
+  std::vector<bool> returning = std::vector<bool>(operationTable().size());
 };
+Stats stats;
 
-const std::vector<BogusName>& bogusNames() {
-  static const std::vector<BogusName> names = {
-      {NameKind::Text, u""},
-      {NameKind::Text, u"OPEN"},
-      {NameKind::Text, u"Open"},
-      {NameKind::Text, u"putVar1Uint64"},
-      {NameKind::Text, u"putVar1Uint"},
-      {NameKind::Text, u"getvardouble"},
-      {NameKind::Text, u"inqDimIDs "},
-      {NameKind::Text, std::u16string(u"close\0x", 7)},
-      {NameKind::Text, u"abortX"},
-      {NameKind::Text, std::u16string(300, u'q')},
-      {NameKind::Text, u"p\u00e9"},
-      {NameKind::Text, u"in\xD800q"},
-      {NameKind::None, u""},
-      {NameKind::Double, u""},
-      {NameKind::String, u"inq"},
-      {NameKind::Column, u"inq"},
-  };
-  return names;
-}
-
-qvArrayPtr nameArray(const BogusName& name) {
-  switch (name.kind) {
-    case NameKind::Double: {
-      const std::array<std::uint64_t, 2> dims{1, 1};
-      return matrix::detail::do_create_numeric(dims, qvDOUBLE_CLASS, qvREAL);
-    }
-    case NameKind::String:
-      return createStringArray(name.text);
-    case NameKind::Column: {
-      const std::array<std::uint64_t, 2> dims{name.text.size(), 1};
-      qvArrayPtr a = matrix::detail::do_create_numeric(dims, qvCHAR_CLASS, qvREAL);
-      std::memcpy(qvGetData(a.get()), name.text.data(), name.text.size() * sizeof(char16_t));
-      return a;
-    }
-    default:
-      return matrix::create(name.text.data(), name.text.size());
+// Rows lookup can settle on: the first of each name. With NETCDFLIB_FUZZ_REQUIRE_HANDLERS
+// set, a run that has not reached them all fails with status 3, naming the missing ones.
+void report() {
+  const auto table = operationTable();
+  std::set<std::string_view> names;
+  std::set<OperationHandler> handlers, handlersReached;
+  std::size_t reached = 0, returning = 0;
+  std::string missing;
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (!names.insert(table[i].name).second) continue;
+    handlers.insert(table[i].handler);
+    if (stats.reached[i]) handlersReached.insert(table[i].handler);
+    reached += stats.reached[i];
+    returning += stats.returning[i];
+    if (!stats.reached[i]) missing += std::string(" ") + table[i].name;
+  }
+  std::fprintf(stderr,
+               "netcdflib_fuzzer: %llu inputs, %llu calls: %llu returned, %llu message-ID errors, "
+               "%llu skipped (budget); rows reached %zu/%zu, rows returning %zu/%zu, handlers "
+               "reached %zu/%zu\n",
+               stats.inputs, stats.calls, stats.returned, stats.errors, stats.skipped, reached,
+               names.size(), returning, names.size(), handlersReached.size(), handlers.size());
+  if (std::getenv("NETCDFLIB_FUZZ_REQUIRE_HANDLERS") != nullptr && reached != names.size()) {
+    std::fprintf(stderr, "netcdflib_fuzzer: the corpus misses operations:%s\n", missing.c_str());
+    std::fflush(stderr);
+    std::_Exit(3);
   }
 }
 
-bool takesFileName(const OperationRow& row) {
-  return std::strcmp(row.name, "create") == 0 || std::strcmp(row.name, "pCreate") == 0 ||
-         std::strcmp(row.name, "open") == 0 || std::strcmp(row.name, "pOpen") == 0;
+// First inputs that are not names of the table: wrong case, near misses, NUL, overlong,
+// non-ASCII, a lone surrogate; none at all, a double, a string, a char column.
+qvArrayPtr bogusName(std::size_t which) {
+  // clang-format off
+  static const std::u16string kTexts[] = {
+      u"", u"OPEN", u"Open", u"putVar1Uint64", u"putVar1Uint", u"getvardouble", u"inqDimIDs ",
+      std::u16string(u"close\0x", 7), u"abortX", std::u16string(300, u'q'), u"p\u00e9",
+      u"in\xD800q"};
+  // clang-format on
+  const std::array<std::uint64_t, 2> scalar{1, 1}, column{3, 1};
+  switch (which % 16) {
+    case 12:
+      return nullptr;
+    case 13:
+      return matrix::detail::do_create_numeric(scalar, qvDOUBLE_CLASS, qvREAL);
+    case 14:
+      return createStringArray(u"inq");
+    case 15: {
+      qvArrayPtr a = matrix::detail::do_create_numeric(column, qvCHAR_CLASS, qvREAL);
+      std::memcpy(qvGetData(a.get()), u"inq", 3 * sizeof(char16_t));
+      return a;
+    }
+    default:
+      return matrix::create(kTexts[which % 16].data(), kTexts[which % 16].size());
+  }
 }
 
 [[noreturn]] void finding(const char* what, const std::string& detail) {
@@ -95,73 +99,70 @@ bool tracing() {
   return on;
 }
 
-// The row lookup will settle on for this call, if any: the first of its name.
-const OperationRow* rowOf(const fuzz::Call& call) {
+void runCall(FuzzedDataProvider& in, fuzz::CallHistory& history) {
   const auto table = operationTable();
-  if (call.op >= table.size()) return nullptr;
-  for (const OperationRow& row : table) {
-    if (std::strcmp(row.name, table[call.op].name) == 0) return &row;
-  }
-  return nullptr;
-}
-
-void runCall(const fuzz::Call& call, fuzz::CallHistory& history) {
-  const auto table = operationTable();
-  const bool known = call.op < table.size();
-  const BogusName& bogus = bogusNames()[(call.op - table.size()) % bogusNames().size()];
-  const qvArrayPtr name =
-      known ? matrix::create(table[call.op].name, std::strlen(table[call.op].name))
-            : nameArray(bogus);
-
+  const std::uint8_t op = in.ConsumeIntegral<std::uint8_t>();
+  const std::uint8_t argc = in.ConsumeIntegral<std::uint8_t>();
+  const bool known = op < table.size();
+  const std::size_t nInputs =
+      known && argc < 0xF0 ? table[op].nInputs : (argc & 0x0F) % (kMaxInputs + 1);
   std::vector<qvArrayPtr> owned;
-  for (const fuzz::ArgSpec& arg : call.args) owned.push_back(fuzz::buildArray(arg, history));
-  const OperationRow* row = rowOf(call);
-  const bool reaches = row != nullptr && static_cast<std::size_t>(row->nInputs) == owned.size();
-  if (reaches && takesFileName(*row) && qvGetClassID(owned[0].get()) == qvCHAR_CLASS) {
+  for (std::size_t i = 0; i < nInputs; ++i) owned.push_back(fuzz::readArray(in, history));
+
+  // The row lookup settles on: the first of the name, when the count is its own.
+  const OperationRow* row = nullptr;
+  for (std::size_t i = 0; known && row == nullptr; ++i) {
+    if (std::strcmp(table[i].name, table[op].name) == 0) row = &table[i];
+  }
+  const bool reaches = row != nullptr && static_cast<std::size_t>(row->nInputs) == nInputs;
+  const char* label = known ? table[op].name : "?";
+  const qvArrayPtr name = known ? matrix::create(table[op].name, std::strlen(table[op].name))
+                                : bogusName(op - table.size());
+  const std::string_view rowName = reaches ? row->name : "";
+  if ((rowName == "create" || rowName == "open" || rowName == "pCreate" || rowName == "pOpen") &&
+      qvGetClassID(owned[0].get()) == qvCHAR_CLASS) {
     owned[0] = fuzz::Workspace::instance().fileArgument(matrix::get_ustring(owned[0].get()));
   }
   std::vector<const qvArray*> prhs;
-  if (known || bogus.kind != NameKind::None) prhs.push_back(name.get());
+  if (name) prhs.push_back(name.get());
   for (const qvArrayPtr& a : owned) prhs.push_back(a.get());
   if (reaches && !fuzz::affordable(*row, std::span(prhs).subspan(1))) {
-    ++Stats::instance().skipped;
+    ++stats.skipped;
     return;
   }
 
-  Stats& stats = Stats::instance();
-  const std::size_t rowIndex = reaches ? static_cast<std::size_t>(row - table.data()) : 0;
   ++stats.calls;
-  if (reaches) ++stats.rowReached[rowIndex];
+  if (reaches) stats.reached[row - table.data()] = true;
+  // A row's own input count comes with no more outputs than it makes, so that the call
+  // reaches its handler; a count of its own may ask for any number.
+  const int nlhs =
+      argc >= 0xF0 ? argc % 9 : argc % ((reaches ? outputCount(*row) : kNetcdflibMaxOutputs) + 1);
   // Two guard slots past the most any operation may fill.
   std::array<qvArrayPtr, kNetcdflibMaxOutputs + 2> slots;
   try {
-    const int nlhs = fuzz::outputCountOf(call, reaches ? outputCount(*row) : kNetcdflibMaxOutputs);
     netcdflib(nlhs, slots.data(), static_cast<int>(prhs.size()), prhs.data());
-    ++stats.normal;
-    if (reaches) ++stats.rowNormal[rowIndex];
-    if (tracing()) std::fprintf(stderr, "  %s: returned\n", known ? table[call.op].name : "?");
+    ++stats.returned;
+    if (reaches) stats.returning[row - table.data()] = true;
+    if (tracing()) std::fprintf(stderr, "  %s: returned\n", label);
   } catch (const foundation::core::except::IMsgIDException& e) {
-    ++stats.messageId;
+    ++stats.errors;
     // Every error the library raises has its catalogue text, each placeholder filled.
     const std::string id = e.get_error_id();
-    const std::u16string text = e.GetUnicodeMessageTxt();
     const auto* plain = dynamic_cast<const std::exception*>(&e);
-    if (!resource_core::catalogueHas(id) || text.find(u"{1}") != std::u16string::npos ||
-        plain == nullptr || std::string_view(plain->what()).substr(0, id.size()) != id) {
+    if (!resource_core::catalogueHas(id) ||
+        e.GetUnicodeMessageTxt().find(u"{1}") != std::u16string::npos || plain == nullptr ||
+        std::string_view(plain->what()).substr(0, id.size()) != id) {
       finding("message-ID error without its text", id);
     }
-    if (tracing()) {
-      std::fprintf(stderr, "  %s: %s\n", known ? table[call.op].name : "?",
-                   e.get_error_id().c_str());
-    }
+    if (tracing()) std::fprintf(stderr, "  %s: %s\n", label, id.c_str());
   } catch (const std::exception& e) {
     finding("exception that is not a message-ID error",
             std::string(typeid(e).name()) + ": " + e.what());
   } catch (...) {
     finding("exception that is not a message-ID error", "of unknown type");
   }
-  for (std::size_t i = kNetcdflibMaxOutputs; i < slots.size(); ++i) {
-    if (slots[i]) finding("output written past the last slot", row ? row->name : "?");
+  if (slots[kNetcdflibMaxOutputs] || slots[kNetcdflibMaxOutputs + 1]) {
+    finding("output written past the last slot", label);
   }
   if (reaches) fuzz::harvest(*row, slots.data(), kNetcdflibMaxOutputs, history);
 }
@@ -172,35 +173,23 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   fuzz::Workspace::instance();
   // Warnings of unload are not what is tested here.
   qvSetWarningHandler([](const resource_core::BaseMsgID&, const std::u16string&) {});
-  // Made before the handler is registered, so that it is destroyed after the report.
-  Stats::instance();
-  std::atexit([] {
-    Stats::instance().report();
-    // Every input closes what it opened; anything open now escaped that.
-    int open = 0;
-    for (int slot = 1; slot < 65536; ++slot) {
-      int format = 0;
-      open += nc_inq_format(slot << 16, &format) == NC_NOERR ? 1 : 0;
-    }
-    if (open != 0) std::fprintf(stderr, "netcdflib_fuzzer: %d files open at exit\n", open);
-  });
+  std::atexit(report);
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::vector<int> counts = fuzz::rowInputCounts();
-  const fuzz::Program program = fuzz::decode({data, size}, counts);
   // Figures along the way too: a run that ends abruptly still leaves them.
-  if (++Stats::instance().inputs % 100000 == 0) Stats::instance().report();
-  if (tracing()) std::fprintf(stderr, "input of %zu calls\n", program.size());
+  if (++stats.inputs % 100000 == 0) report();
+  FuzzedDataProvider in(data, size);
   fuzz::CallHistory history;
-  for (const fuzz::Call& call : program) runCall(call, history);
+  for (std::size_t i = 0; i < kMaxCalls && in.remaining_bytes() != 0; ++i) runCall(in, history);
   fuzz::Workspace& workspace = fuzz::Workspace::instance();
-  const std::size_t strays = workspace.endInput(history);
-  if (strays != 0)
+  if (const std::size_t strays = workspace.endInput(history); strays != 0) {
     finding("files left open whose ids never reached the caller", std::to_string(strays));
+  }
   // netCDF-C or HDF5 holding a file after netCDF-C has let go of it.
-  if (const std::size_t held = workspace.openDescriptors(); held != 0)
+  if (const std::size_t held = workspace.openDescriptors(); held != 0) {
     finding("descriptors of closed files still open", std::to_string(held));
+  }
   return 0;
 }
