@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "fuzz.hpp"
 
@@ -37,45 +38,42 @@ bool anyLarge(const qvArray* a, double limit) {
   return std::any_of(v.begin(), v.end(), [&](double x) { return x > limit && x < kTwoTo64; });
 }
 
-double dimensionLength(int ncid, int dimid) {
-  std::size_t len = 0;
-  if (nc_inq_dimlen(ncid, dimid, &len) != NC_NOERR) return 1.0;
+// Elements of a variable over these dimensions, unlimited ones as grown when asked.
+bool smallVariable(int ncid, const std::vector<int>& dimids, bool grown) {
   int nunlim = 0;
-  int unlimited[NC_MAX_DIMS];
-  if (nc_inq_unlimdims(ncid, &nunlim, unlimited) == NC_NOERR &&
-      std::find(unlimited, unlimited + nunlim, dimid) != unlimited + nunlim) {
-    return std::max(static_cast<double>(len), kUnlimitedEstimate);
+  std::vector<int> unlimited(NC_MAX_DIMS);
+  if (!grown || nc_inq_unlimdims(ncid, &nunlim, unlimited.data()) != NC_NOERR) nunlim = 0;
+  double elements = 1.0;
+  for (const int dimid : dimids) {
+    std::size_t len = 0;
+    if (nc_inq_dimlen(ncid, dimid, &len) != NC_NOERR) continue;
+    const bool isUnlimited = std::count(unlimited.begin(), unlimited.begin() + nunlim, dimid) != 0;
+    elements *= std::max(static_cast<double>(len), isUnlimited ? kUnlimitedEstimate : 0.0);
   }
-  return static_cast<double>(len);
+  return elements <= kMaxVariableElements;
 }
 
 bool smallVariableDefinition(const qvArray* const* inputs) {
   const auto ncid = idOf(inputs[0]);
   if (!ncid || qvGetClassID(inputs[3]) != qvDOUBLE_CLASS) return true;
-  double elements = 1.0;
+  std::vector<int> dimids;
   for (const double id : numericValues(inputs[3])) {
-    if (std::isfinite(id) && std::fabs(id) < 2147483648.0) {
-      elements *= dimensionLength(*ncid, static_cast<int>(id));
-    }
+    if (std::isfinite(id) && std::fabs(id) < 2147483648.0) dimids.push_back(static_cast<int>(id));
   }
-  return elements <= kMaxVariableElements;
+  return smallVariable(*ncid, dimids, true);
 }
 
-bool smallVariable(const qvArray* const* inputs) {
+bool smallExistingVariable(const qvArray* const* inputs) {
   const auto ncid = idOf(inputs[0]);
   const auto varid = idOf(inputs[1]);
-  if (!ncid || !varid) return true;
   int ndims = 0;
-  int dimids[NC_MAX_VAR_DIMS];
-  if (nc_inq_var(*ncid, *varid, nullptr, nullptr, &ndims, dimids, nullptr) != NC_NOERR) {
+  std::vector<int> dimids(NC_MAX_VAR_DIMS);
+  if (!ncid || !varid ||
+      nc_inq_var(*ncid, *varid, nullptr, nullptr, &ndims, dimids.data(), nullptr) != NC_NOERR) {
     return true;
   }
-  double elements = 1.0;
-  for (int i = 0; i < ndims; ++i) {
-    std::size_t len = 0;
-    if (nc_inq_dimlen(*ncid, dimids[i], &len) == NC_NOERR) elements *= static_cast<double>(len);
-  }
-  return elements <= kMaxVariableElements;
+  dimids.resize(ndims);
+  return smallVariable(*ncid, dimids, false);
 }
 
 bool smallChunks(const qvArray* chunks) {
@@ -94,7 +92,7 @@ bool affordable(const OperationRow& row, std::span<const qvArray* const> inputs)
   const std::string_view name = row.name;
   const std::size_t n = inputs.size();
   if (name == "defVar") return smallVariableDefinition(inputs.data());
-  if (name.starts_with("getVar")) return smallVariable(inputs.data());
+  if (name.starts_with("getVar")) return smallExistingVariable(inputs.data());
   if (name.starts_with("putVar") && n >= 4) {
     // Subset writes: far starts and strides grow unlimited dimensions (and classic files
     // with their fill values) without bound.

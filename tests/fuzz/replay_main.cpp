@@ -16,13 +16,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 int main(int argc, char** argv) {
   std::vector<std::filesystem::path> files;
   for (int i = 1; i < argc; ++i) {
-    if (std::filesystem::is_directory(argv[i])) {
-      for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
-        files.push_back(entry.path());
-      }
-    } else {
+    if (!std::filesystem::is_directory(argv[i])) {
       files.emplace_back(argv[i]);
+      continue;
     }
+    for (const auto& entry : std::filesystem::directory_iterator(argv[i])) files.push_back(entry);
   }
   std::sort(files.begin(), files.end());
   LLVMFuzzerInitialize(&argc, &argv);
@@ -30,8 +28,7 @@ int main(int argc, char** argv) {
   for (const auto& file : files) {
     if (verbose) std::fprintf(stderr, "replaying %s\n", file.c_str());
     std::ifstream in(file, std::ios::binary);
-    const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in),
-                                          std::istreambuf_iterator<char>()};
+    const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};
     LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
   }
   std::printf("%zu inputs replayed\n", files.size());
