@@ -1,5 +1,5 @@
-// The parts of the fuzz harness: inputs read into host arrays, a private work directory
-// with fixture files, and the limits on what a call may cost.
+// The parts of the fuzz harness shared by its files: inputs read into host arrays, and
+// the fixture files.
 #pragma once
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -7,11 +7,9 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
-#include <span>
 #include <string>
 #include <vector>
 
-#include "gateway/operation.hpp"
 #include "qvhost/array.hpp"
 
 namespace fuzz {
@@ -32,42 +30,10 @@ qvArrayPtr readArray(FuzzedDataProvider& in, CallHistory& history, int depth = 0
 // The values of a real numeric array as doubles; nothing for every other array.
 std::vector<double> numericValues(const qvArray* a);
 
-// False for calls that would legitimately ask for more memory or disk than a fuzzing
-// process should spend; values the library must refuse always pass.
-bool affordable(const OperationRow& row, std::span<const qvArray* const> inputs);
-
 // Writes the fixture files, "<word>.nc" for each word of kFixtures but the last two.
 void writeFixtures(const std::filesystem::path& dir);
 inline constexpr std::array<const char*, 10> kFixtures = {
     "classic", "offset",  "cdf5",      "nc4classic", "nc4",
     "empty",   "garbage", "truncated", "dir",        "missing"};
-
-// Every file name a call passes is rewritten into a temporary directory made once per
-// process; after each input every file it opened is closed, netCDF-C's process-wide
-// settings are restored and the directory is emptied, so that inputs do not see each other
-// and leaks stay visible.
-class Workspace {
- public:
-  static Workspace& instance();
-  // The file name a call really gets: "#nc4" and the other fixtures, "#url" (a closed
-  // local port), or a name directly inside the work directory.
-  qvArrayPtr fileArgument(const std::u16string& text);
-  // Closes what the input left open; returns how many netCDF ids were open without the
-  // input ever having been given them.
-  std::size_t endInput(CallHistory& history);
-  // Descriptors of this process still open on the private directory.
-  std::size_t openDescriptors() const;
-
- private:
-  Workspace();
-  ~Workspace();
-  std::filesystem::path root_, work_;
-  std::size_t cacheSize_ = 0, cacheElements_ = 0;
-  float cachePreemption_ = 0.0f;
-};
-
-// Remembers what a call returned: ids into their pools, arrays for reuse.
-void harvest(const OperationRow& row, const qvArrayPtr* outputs, std::size_t n,
-             CallHistory& history);
 
 }  // namespace fuzz

@@ -173,23 +173,17 @@ qvArrayPtr numericArray(FuzzedDataProvider& in) {
   return a;
 }
 
+// Class codes 0 to 9 are the numeric classes, then char, logical, cell and string.
 qvArrayPtr emptyArray(std::uint8_t cls, std::uint8_t shapeIndex) {
   static constexpr std::array<std::array<std::uint64_t, 3>, 6> kShapes = {
       {{0, 0, 1}, {1, 0, 1}, {0, 1, 1}, {0, 3, 1}, {0, 0, 2}, {std::uint64_t{1} << 40, 0, 1}}};
   const auto& shape = kShapes[shapeIndex % kShapes.size()];
   const std::vector<std::uint64_t> dims(shape.begin(), shape.end());
-  switch (cls % 14) {
-    case 10:
-      return matrix::detail::do_create_numeric(dims, qvCHAR_CLASS, qvREAL);
-    case 11:
-      return matrix::detail::do_create_numeric(dims, qvLOGICAL_CLASS, qvREAL);
-    case 12:
-      return matrix::detail::do_create_cell(dims);
-    case 13:
-      return createStringArray(dims.size(), dims.data());
-    default:
-      return matrix::detail::do_create_numeric(dims, kNumericClasses[cls % 14], qvREAL);
-  }
+  if (cls % 14 == 12) return matrix::detail::do_create_cell(dims);
+  if (cls % 14 == 13) return createStringArray(dims.size(), dims.data());
+  const qvClassID id =
+      cls % 14 < 10 ? kNumericClasses[cls % 14] : (cls % 14 == 10 ? qvCHAR_CLASS : qvLOGICAL_CLASS);
+  return matrix::detail::do_create_numeric(dims, id, qvREAL);
 }
 
 qvArrayPtr opaqueArray(FuzzedDataProvider& in) {
