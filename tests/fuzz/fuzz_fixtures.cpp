@@ -65,8 +65,8 @@ void writeNetcdf4(const std::string& path) {
   must(nc_put_att(nc, NC_GLOBAL, "va", vli, 2, va), "va");
   must(nc_enddef(nc), "enddef 2");
 
-  const char* sv[] = {"a", "", "long string", "\xff\xfe"};
-  must(nc_put_var_string(nc, s, sv), "s data");
+  must(nc_put_var(nc, s, std::array<const char*, 4>{"a", "", "long string", "\xff\xfe"}.data()),
+       "s data");
   int e1[] = {1}, e2[] = {2, 3};
   nc_vlen_t vlv_data[] = {{1, e1}, {2, e2}, {0, nullptr}, {1, e1}};
   must(nc_put_var(nc, vl, vlv_data), "vl data");
@@ -78,16 +78,13 @@ void writeNetcdf4(const std::string& path) {
   char letters[] = "abc";
   nc_vlen_t vc_data[] = {{3, letters}, {0, nullptr}, {1, letters}, {2, letters + 1}};
   must(nc_put_var(nc, vc, vc_data), "vc data");
-  const std::array<float, 12> chv = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
-  must(nc_put_var_float(nc, ch, chv.data()), "ch data");
-  const unsigned short usv[] = {0, 1, 2, 65535};
-  must(nc_put_var_ushort(nc, us, usv), "us data");
-  const unsigned int uiv[] = {0, 1, 2, 4294967295u};
-  must(nc_put_var_uint(nc, ui, uiv), "ui data");
-  const unsigned char ubv[] = {0, 1, 2, 255};
-  must(nc_put_var_uchar(nc, ub, ubv), "ub data");
-  const long long lv[] = {0, -1, 1LL << 40, -(1LL << 62)};
-  must(nc_put_var_longlong(nc, l, lv), "l data");
+  must(nc_put_var(nc, ch, std::array<float, 12>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}.data()),
+       "ch data");
+  must(nc_put_var(nc, us, std::array<unsigned short, 4>{0, 1, 2, 65535}.data()), "us data");
+  must(nc_put_var(nc, ui, std::array<unsigned, 4>{0, 1, 2, 4294967295u}.data()), "ui data");
+  must(nc_put_var(nc, ub, std::array<unsigned char, 4>{0, 1, 2, 255}.data()), "ub data");
+  must(nc_put_var(nc, l, std::array<long long, 4>{0, -1, 1LL << 40, -(1LL << 62)}.data()),
+       "l data");
   must(nc_close(nc), "close");
 }
 

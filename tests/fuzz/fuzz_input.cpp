@@ -56,9 +56,10 @@ constexpr std::array<char16_t, 16> kAwkwardUnits = {0xD800, 0xDBFF, 0xDC00, 0xDF
                                                     0x0100, 0x4E2D, 0xFEFF, 0xFFFD, 0xFFFF, 0xFF2F,
                                                     0x0000, 0x007F, 0x0080, 0xFFE9};
 
-constexpr std::array<qvClassID, 10> kNumericClasses = {
-    qvDOUBLE_CLASS, qvSINGLE_CLASS, qvINT8_CLASS,   qvUINT8_CLASS, qvINT16_CLASS,
-    qvUINT16_CLASS, qvINT32_CLASS,  qvUINT32_CLASS, qvINT64_CLASS, qvUINT64_CLASS};
+// Codes 0 to 9 select the numeric classes, which are consecutive from double.
+qvClassID numericClass(std::uint8_t code) {
+  return static_cast<qvClassID>(qvDOUBLE_CLASS + code % 10);
+}
 
 // Words starting with '#' name fixture files.
 const std::vector<std::string> kDictionary = {
@@ -142,7 +143,7 @@ T special(std::uint8_t index) {
 
 qvArrayPtr scalar(std::uint8_t cls, double value, bool isSpecial, std::uint8_t index) {
   const std::array<std::uint64_t, 2> dims{1, 1};
-  qvArrayPtr a = matrix::detail::do_create_numeric(dims, kNumericClasses[cls % 10], qvREAL);
+  qvArrayPtr a = matrix::detail::do_create_numeric(dims, numericClass(cls), qvREAL);
   qvVisitNumeric(qvGetClassID(a.get()), [&](auto tag) {
     using T = decltype(tag);
     *static_cast<T*>(qvGetData(a.get())) = isSpecial ? special<T>(index) : fromDouble<T>(value);
@@ -153,7 +154,7 @@ qvArrayPtr scalar(std::uint8_t cls, double value, bool isSpecial, std::uint8_t i
 // Mode 0: zeros; 1: small values, a byte each; 2: raw element bytes; 3: special values.
 qvArrayPtr numericArray(FuzzedDataProvider& in) {
   const std::uint8_t code = byte(in);
-  const qvClassID cls = kNumericClasses[code % 10];
+  const qvClassID cls = numericClass(code);
   const bool complex = (code & 0x10) != 0;
   const auto dims = readExtents(in, kMaxDataElements);
   const std::uint8_t mode = byte(in) % 4;
@@ -182,7 +183,7 @@ qvArrayPtr emptyArray(std::uint8_t cls, std::uint8_t shapeIndex) {
   if (cls % 14 == 12) return matrix::detail::do_create_cell(dims);
   if (cls % 14 == 13) return createStringArray(dims.size(), dims.data());
   const qvClassID id =
-      cls % 14 < 10 ? kNumericClasses[cls % 14] : (cls % 14 == 10 ? qvCHAR_CLASS : qvLOGICAL_CLASS);
+      cls % 14 < 10 ? numericClass(cls % 14) : (cls % 14 == 10 ? qvCHAR_CLASS : qvLOGICAL_CLASS);
   return matrix::detail::do_create_numeric(dims, id, qvREAL);
 }
 

@@ -71,6 +71,7 @@ void report() {
 // disk than a fuzzing process should spend: variables of millions of elements, huge size
 // hints, writes far beyond the end of an unlimited dimension. Values the library must
 // refuse (negative, non-finite, out of range) always pass, so their errors stay tested.
+
 // A variable may hold this many elements at most: 2 MiB of doubles, and well under the
 // fuzzer's memory limit for strings and variable-length data under AddressSanitizer.
 constexpr double kMaxVariableElements = 262144.0;
