@@ -1,20 +1,15 @@
-// Helpers shared by the unit tests: host arrays of every class, gateway calls, and a
-// catcher for message-ID errors that keeps the identifier and the arguments.
+// Helpers shared by the unit tests: host arrays, gateway calls, message-ID errors, and a
+// scratch directory.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 #include <concepts>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <initializer_list>
 #include <optional>
-#include <ostream>
 #include <string>
-#include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "gateway/netcdflib.hpp"
@@ -22,108 +17,84 @@
 
 namespace test {
 
-// ---- host arrays ------------------------------------------------------------------
+using Dims = std::vector<std::uint64_t>;
 
-// The host class of an element type, from the host's own list of numeric classes.
+// The host class of an element type: char16_t is char, bool logical, the rest numeric.
 template <class T, std::size_t I = 0>
 constexpr qvClassID classOf() {
   if constexpr (std::is_same_v<T, char16_t>)
     return qvCHAR_CLASS;
+  else if constexpr (std::is_same_v<T, bool>)
+    return qvLOGICAL_CLASS;
   else if constexpr (std::is_same_v<T, std::tuple_element_t<I, qvNumericTypes>>)
     return static_cast<qvClassID>(qvDOUBLE_CLASS + I);
   else
     return classOf<T, I + 1>();
 }
 
-// Zero-filled real array of a numeric, char or logical class.
-inline qvArrayPtr zeros(qvClassID cls, std::initializer_list<std::uint64_t> dims,
-                        qvComplexity complexity = qvREAL) {
-  const std::vector<std::uint64_t> d(dims);
-  return matrix::detail::do_create_numeric(d, cls, complexity);
+inline qvArrayPtr zeros(qvClassID cls, const Dims& dims, qvComplexity c = qvREAL) {
+  return matrix::detail::do_create_numeric(dims, cls, c);
 }
 
-// Array of T filled column-major from values; dims default to a row.
+// Array of T filled column-major from values; a row unless dims are given.
 template <class T>
-qvArrayPtr array(std::vector<T> values, std::vector<std::uint64_t> dims = {}) {
-  if (dims.empty()) dims = {1, values.size()};
-  qvArrayPtr a = matrix::detail::do_create_numeric(dims, classOf<T>(), qvREAL);
-  auto* out = static_cast<T*>(qvGetData(a.get()));
-  for (std::size_t i = 0; i < values.size(); ++i) out[i] = values[i];
+qvArrayPtr array(const std::vector<T>& values, Dims dims = {}) {
+  qvArrayPtr a = zeros(classOf<T>(), dims.empty() ? Dims{1, values.size()} : dims);
+  std::copy(values.begin(), values.end(), static_cast<T*>(qvGetData(a.get())));
   return a;
 }
-
 template <class T>
 qvArrayPtr scalar(T value) {
   return array<T>({value}, {1, 1});
 }
-
-inline qvArrayPtr complexScalar(double re, double im) {
-  qvArrayPtr a = zeros(qvDOUBLE_CLASS, {1, 1}, qvCOMPLEX);
-  *static_cast<double*>(qvGetData(a.get())) = re;
-  *static_cast<double*>(qvGetImagData(a.get())) = im;
+// A numeric array of class cls holding values (converted to its type); a row by default.
+inline qvArrayPtr numeric(qvClassID cls, const std::vector<double>& values, Dims dims = {}) {
+  qvArrayPtr a = zeros(cls, dims.empty() ? Dims{1, values.size()} : dims);
+  qvVisitNumeric(cls, [&](auto t) {
+    auto* out = static_cast<decltype(t)*>(qvGetData(a.get()));
+    for (const double v : values) *out++ = static_cast<decltype(t)>(v);
+  });
   return a;
 }
 
-inline qvArrayPtr logicalScalar(bool value) {
-  qvArrayPtr a = zeros(qvLOGICAL_CLASS, {1, 1});
-  qvGetLogicals(a.get())[0] = value;
-  return a;
+inline qvArrayPtr charRow(const std::string& t) { return matrix::create(t.data(), t.size()); }
+inline qvArrayPtr charRow(const std::u16string& t) { return matrix::create(t.data(), t.size()); }
+inline qvArrayPtr opaque(qvClassID cls) { return qvCreateOpaque(Dims{1, 1}, cls); }
+// A column cell of the elements.
+template <class... A>
+qvArrayPtr cell(A&&... elements) {
+  qvArrayPtr c = matrix::detail::do_create_cell(Dims{sizeof...(A), 1});
+  std::size_t i = 0;
+  (qvSetCell(c.get(), i++, std::forward<A>(elements)), ...);
+  return c;
 }
 
-inline qvArrayPtr charRow(const std::string& text) {
-  return matrix::create(text.data(), text.size());
+// One of each kind of array that no numeric argument accepts.
+inline std::vector<qvArrayPtr> nonNumeric() {
+  std::vector<qvArrayPtr> v;
+  v.push_back(charRow("5"));
+  v.push_back(scalar(true));
+  v.push_back(cell(scalar(5.0)));
+  v.push_back(createStringArray(u"5"));
+  v.push_back(opaque(qvSTRUCT_CLASS));
+  return v;
 }
-inline qvArrayPtr charRow(const std::u16string& text) {
-  return matrix::create(text.data(), text.size());
-}
-// A char array of any shape, filled column-major.
-inline qvArrayPtr charArray(const std::u16string& units, std::uint64_t rows, std::uint64_t cols) {
-  qvArrayPtr a = zeros(qvCHAR_CLASS, {rows, cols});
-  auto* out = static_cast<char16_t*>(qvGetData(a.get()));
-  for (std::size_t i = 0; i < units.size(); ++i) out[i] = units[i];
-  return a;
-}
-
-inline qvArrayPtr stringScalar(const std::u16string& text) { return createStringArray(text); }
-
-inline qvArrayPtr emptyCell() {
-  const std::array<std::uint64_t, 2> dims{1, 1};
-  return matrix::detail::do_create_cell(dims);
-}
-
-inline qvArrayPtr structScalar() {
-  const std::array<std::uint64_t, 2> dims{1, 1};
-  return qvCreateOpaque(dims, qvSTRUCT_CLASS);
-}
-
-inline std::u16string charText(const qvArray* a) { return matrix::get_ustring(a); }
-
-// ---- reading results ----------------------------------------------------------------
-
-using Dims = std::vector<std::uint64_t>;
 
 inline Dims dimsOf(const qvArray* a) {
   return {qvGetDimensions(a), qvGetDimensions(a) + qvGetNumberOfDimensions(a)};
 }
 inline Dims dimsOf(const qvArrayPtr& a) { return dimsOf(a.get()); }
-
-// The elements of a numeric array, in linear order.
-template <class T>
+template <class T = double>
 std::vector<T> valuesOf(const qvArray* a) {
   const auto* p = static_cast<const T*>(qvGetData(a));
   return {p, p + qvGetNumberOfElements(a)};
 }
-template <class T>
+template <class T = double>
 std::vector<T> valuesOf(const qvArrayPtr& a) {
   return valuesOf<T>(a.get());
 }
-
-// The first element of a double array (scalar outputs).
-inline double number(const qvArrayPtr& a) {
-  return *static_cast<const double*>(qvGetData(a.get()));
-}
-
-// ---- gateway calls ----------------------------------------------------------------
+inline double number(const qvArrayPtr& a) { return valuesOf(a).at(0); }
+inline std::u16string text(const qvArrayPtr& a) { return matrix::get_ustring(a.get()); }
 
 using Outputs = std::array<qvArrayPtr, kNetcdflibMaxOutputs>;
 
@@ -134,13 +105,12 @@ class Arg {
   Arg(const qvArray* a) : p_(a) {}
   Arg(const qvArrayPtr& a) : p_(a.get()) {}
   Arg(qvArrayPtr&& a) : owned_(std::move(a)), p_(owned_.get()) {}
-  Arg(double v) : Arg(scalar<double>(v)) {}
+  Arg(double v) : Arg(scalar(v)) {}
   Arg(int v) : Arg(scalar<double>(v)) {}
-  Arg(std::same_as<bool> auto v) : Arg(logicalScalar(v)) {}  // no pointer becomes a flag
-  Arg(const char* text) : Arg(charRow(text)) {}
-  Arg(const std::string& text) : Arg(charRow(text)) {}
-  Arg(const std::u16string& text) : Arg(charRow(text)) {}
-  Arg(const char16_t* text) : Arg(charRow(std::u16string(text))) {}
+  Arg(std::same_as<bool> auto v) : Arg(scalar<bool>(v)) {}  // no pointer becomes a flag
+  Arg(const char* t) : Arg(charRow(t)) {}
+  Arg(const std::string& t) : Arg(charRow(t)) {}
+  Arg(const std::u16string& t) : Arg(charRow(t)) {}
   const qvArray* get() const { return p_; }
 
  private:
@@ -148,33 +118,25 @@ class Arg {
   const qvArray* p_;
 };
 
-// Calls netcdflib with the operation name as a char row followed by the arguments.
-inline Outputs call(const std::string& operation, std::initializer_list<Arg> arguments = {}) {
-  std::vector<const qvArray*> inputs;
+// Calls netcdflib with the operation name followed by the arguments, asking for nlhs outputs.
+inline Outputs call(const std::string& op, std::initializer_list<Arg> arguments = {},
+                    int nlhs = 0) {
+  const qvArrayPtr name = charRow(op);
+  std::vector<const qvArray*> inputs{name.get()};
   for (const Arg& a : arguments) inputs.push_back(a.get());
-  const qvArrayPtr name = charRow(operation);
-  inputs.insert(inputs.begin(), name.get());
   Outputs outputs;
-  // Handlers fill every output they make; asking for none is never asking for too many.
-  netcdflib(0, outputs.data(), static_cast<int>(inputs.size()), inputs.data());
+  netcdflib(nlhs, outputs.data(), static_cast<int>(inputs.size()), inputs.data());
   return outputs;
 }
-
-// The first output of call().
-inline qvArrayPtr call1(const std::string& operation, std::initializer_list<Arg> arguments = {}) {
-  return std::move(call(operation, arguments)[0]);
+inline qvArrayPtr call1(const std::string& op, std::initializer_list<Arg> arguments = {}) {
+  return std::move(call(op, arguments)[0]);
 }
 
-// ---- message-ID errors ------------------------------------------------------------
-
 using Args = std::vector<resource_core::MsgArg>;
-
 struct CaughtError {
   std::string id;  // component:identifier
   Args args;
 };
-
-inline std::ostream& operator<<(std::ostream& os, const CaughtError& e) { return os << e.id; }
 
 // Message arguments as errors carry them: texts as UTF-8 strings, whole numbers as long.
 template <class... T>
@@ -188,8 +150,7 @@ Args args(T&&... values) {
   return Args{one(std::forward<T>(values))...};
 }
 
-// Runs f and returns the message-ID error it raised, or nothing when it returned.
-// Other exceptions pass.
+// The message-ID error f raised, or nothing when it returned. Other exceptions pass.
 template <class F>
 std::optional<CaughtError> catchMsgId(F&& f) {
   try {
@@ -199,8 +160,15 @@ std::optional<CaughtError> catchMsgId(F&& f) {
   }
   return std::nullopt;
 }
+// The status name of a libraryFailure, else the identifier raised, else "no error".
+template <class F>
+std::string statusOf(F&& f) {
+  const auto caught = catchMsgId(std::forward<F>(f));
+  if (!caught) return "no error";
+  if (caught->id != "QUARNA:imagesci:netcdf:libraryFailure") return caught->id;
+  return std::get<std::string>(caught->args.at(1));
+}
 
-// Asserts inside a test that f raises exactly this identifier with these arguments.
 #define EXPECT_MSGID(statement, fullId, expectedArgs)                 \
   do {                                                                \
     const auto caught_ = ::test::catchMsgId([&] { statement; });      \
@@ -209,15 +177,12 @@ std::optional<CaughtError> catchMsgId(F&& f) {
     EXPECT_EQ(caught_->args, expectedArgs) << "from: " #statement;    \
   } while (false)
 
-// ---- files ------------------------------------------------------------------------
-
-// A fresh directory for files a test writes: under NETCDFLIB_TEST_TMP when set, otherwise
-// in the system's temporary directory. Removed with its contents at the end of the scope.
+// A fresh directory under NETCDFLIB_TEST_TMP (else the system's), removed with its contents.
 class ScratchDir {
  public:
   ScratchDir() {
     const char* base = std::getenv("NETCDFLIB_TEST_TMP");
-    std::filesystem::path root = base != nullptr ? base : std::filesystem::temp_directory_path();
+    const std::filesystem::path root = base ? base : std::filesystem::temp_directory_path();
     std::filesystem::create_directories(root);
     std::string pattern = (root / "netcdflib-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
@@ -228,7 +193,6 @@ class ScratchDir {
     std::filesystem::remove_all(path_, ignored);
   }
   ScratchDir(const ScratchDir&) = delete;
-  ScratchDir& operator=(const ScratchDir&) = delete;
   std::string file(const std::string& name) const { return (path_ / name).string(); }
 
  private:
