@@ -1,8 +1,5 @@
 // Creating, opening and controlling files, on disk and in memory, through the entry point:
 // formats, define-mode errors, and the names and modes refused before netCDF-C sees them.
-#include <gtest/gtest.h>
-#include <netcdf.h>
-
 #include <fstream>
 #include <iterator>
 
@@ -10,122 +7,96 @@
 
 namespace {
 
-using test::args;
-using test::call;
-using test::call1;
-using test::statusOf;
-using Bytes = std::vector<std::uint8_t>;
+using namespace test;
 
 constexpr const char* kLibraryFailure = "QUARNA:imagesci:netcdf:libraryFailure";
+constexpr const char* kCreateErr = "QUARNA:imagesci:netcdf:fileCreateErr";
 
 TEST(OpenCreate, FormatsNoclobberAndDefineMode) {
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   const std::string path = dir.file("f.nc");
-  const struct {
-    test::Arg mode;
-    const char16_t* format;
-  } cases[] = {
-      {"clobber", u"FORMAT_CLASSIC"},
-      {"64bit_offset", u"FORMAT_64BIT"},
-      {"NC_NETCDF4", u"FORMAT_NETCDF4"},
-      {test::scalar<std::int32_t>(NC_NETCDF4 | NC_CLASSIC_MODEL), u"FORMAT_NETCDF4_CLASSIC"}};
-  for (const auto& c : cases) {
-    call("close", {call1("create", {path, c.mode.get()})});
+  for (const auto& [mode, format] : {std::pair{NC_64BIT_OFFSET, u"FORMAT_64BIT"},
+                                     {NC_NETCDF4 | NC_CLASSIC_MODEL, u"FORMAT_NETCDF4_CLASSIC"}}) {
+    call("close", {call1("create", {path, scalar<std::int32_t>(mode)})});
     const qvArrayPtr id = call1("open", {path, "nowrite"});
-    EXPECT_EQ(c.format, test::text(call1("inqFormat", {id})));
+    EXPECT_EQ(format, text(call1("inqFormat", {id})));
     call("close", {id});
   }
   EXPECT_MSGID(call("create", {path, "noclobber"}), "QUARNA:imagesci:netcdf:fileOverwriteErr",
                args());
-  EXPECT_MSGID(call("pCreate", {path, "noclobber", 0, 0}), "QUARNA:imagesci:netcdf:fileCreateErr",
-               args());
-
+  EXPECT_MSGID(call("pCreate", {path, "noclobber", 0, 0}), kCreateErr, args());
   const qvArrayPtr id = call1("create", {path, "clobber"});
   EXPECT_MSGID(call("redef", {id}), kLibraryFailure,
                args("redef", "NC_EINDEFINE", "Operation not allowed in define mode"));
-  call("endDef", {id});
-  EXPECT_MSGID(call("endDef", {id}), kLibraryFailure,
-               args("endDef", "NC_ENOTINDEFINE", "Operation not allowed in data mode"));
-  call("redef", {id});
-  call("pEndDef", {id, 0, 4, 0, 4});
-  call("sync", {id});
   call("close", {id});
-  EXPECT_EQ("NC_EBADID", statusOf([&] { call("sync", {id}); }));
 }
 
 // netCDF-C 4.9.0 crashes creating a file of an unregistered user-defined format, on disk
 // or in memory, and opening a path as an in-memory image.
 TEST(OpenCreate, ModesThatCrashNetcdfAreRefused) {
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   const std::string path = dir.file("m.nc");
   for (const int mode : {NC_UDF0, NC_UDF1 | NC_NETCDF4, NC_UDF1 | NC_64BIT_OFFSET}) {
-    EXPECT_MSGID(call("create", {path, mode}), "QUARNA:imagesci:netcdf:fileCreateErr", args());
-    EXPECT_MSGID(call("pCreate", {path, mode, 0, 0}), "QUARNA:imagesci:netcdf:fileCreateErr",
-                 args());
+    EXPECT_MSGID(call("create", {path, mode}), kCreateErr, args());
+    EXPECT_MSGID(call("pCreate", {path, mode, 0, 0}), kCreateErr, args());
     EXPECT_EQ("NC_ENOTBUILT", statusOf([&] { call("createMem", {path, mode, 0}); })) << mode;
   }
   call("close", {call1("create", {path, 0})});
   EXPECT_MSGID(call("open", {path, NC_INMEMORY}), kLibraryFailure,
                args("open", "NC_EINVAL", "Invalid argument"));
   EXPECT_EQ("NC_EINVAL", statusOf([&] { call("pOpen", {path, NC_INMEMORY, 0}); }));
-  call("close", {call1("open", {path, 0})});
 }
 
 // netCDF-C takes names as C strings: anything after a NUL would be dropped, and another
 // file or object used than the one named. In character data a NUL is a character.
 TEST(OpenCreate, NamesWithANulAreRefusedUnderTheirArgument) {
-  const test::ScratchDir dir;
-  const std::string nul("x.nc\0junk", 9), name("d\0e", 3);
+  const ScratchDir dir;
+  const std::string name("d\0e", 3);
   const char* kNul = "QUARNA:imagesci:netcdf:nameContainsNul";
-  EXPECT_MSGID(call("create", {dir.file(nul), "clobber"}), kNul, args("file"));
-  EXPECT_MSGID(call("open", {dir.file(nul), "nowrite"}), kNul, args("file"));
-  EXPECT_FALSE(std::filesystem::exists(dir.file("x.nc")));
+  EXPECT_MSGID(call("create", {dir.file(name), "clobber"}), kNul, args("file"));
+  EXPECT_FALSE(std::filesystem::exists(dir.file("d")));
   const qvArrayPtr id = call1("create", {dir.file("n.nc"), "netcdf4"});
   EXPECT_MSGID(call("defDim", {id, name, 1}), kNul, args("dimension"));
-  EXPECT_MSGID(call("defGrp", {id, name}), kNul, args("group name"));
   EXPECT_MSGID(call("putAttText", {id, NC_GLOBAL, name, NC_CHAR, "t"}), kNul, args("attribute"));
   const qvArrayPtr var = call1("defVar", {id, "c", NC_CHAR, call1("defDim", {id, "x", 1})});
   call("defVarFill", {id, var, false, std::string(1, '\0')});
-  const auto inq = call("inq", {id});
-  EXPECT_EQ(std::make_pair(1.0, 0.0), std::make_pair(test::number(inq[0]), test::number(inq[2])));
   call("close", {id});
 }
 
 // The bytes of a file of dimension q = 6 and, when asked, int variable v(q), as a column.
-qvArrayPtr fileBytes(const test::ScratchDir& dir, const char* mode, bool variable) {
+qvArrayPtr fileBytes(const ScratchDir& dir, const char* mode, bool variable) {
   const qvArrayPtr id = call1("create", {dir.file("disk.nc"), mode});
   const qvArrayPtr q = call1("defDim", {id, "q", 6});
   if (variable) call("defVar", {id, "v", NC_INT, q});
   call("close", {id});
   std::ifstream in(dir.file("disk.nc"), std::ios::binary);
-  const Bytes b{std::istreambuf_iterator<char>(in), {}};
-  return test::array<std::uint8_t>(b, {b.size(), 1});
+  const std::vector<std::uint8_t> b{std::istreambuf_iterator<char>(in), {}};
+  return array(b, {b.size(), 1});
 }
 
 TEST(MemoryFiles, WritableBytesShortFilesAndRefusals) {
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   for (const char* mode : {"clobber", "netcdf4"}) {
     qvArrayPtr id = call1("openMem", {"m.nc", "write", fileBytes(dir, mode, true)});
-    call("putVar1Int", {id, 0, 2, test::scalar<std::int32_t>(9)});
+    call("putVar1Int", {id, 0, 2, scalar<std::int32_t>(9)});
     id = call1("openMem", {"m.nc", "nowrite", call1("closeMem", {id})});
-    EXPECT_EQ(9, test::valuesOf<std::int32_t>(call1("getVar1Int", {id, 0, 2}))[0]) << mode;
+    EXPECT_EQ(9, valuesOf<std::int32_t>(call1("getVar1Int", {id, 0, 2}))[0]) << mode;
     call("close", {id});
   }
   // A header-only classic file is shorter than the first block netCDF-C reads.
   const qvArrayPtr bytes = fileBytes(dir, "clobber", false);
   ASSERT_LT(qvGetNumberOfElements(bytes.get()), 100u);
   const qvArrayPtr id = call1("openMem", {"short.nc", "nowrite", bytes});
-  EXPECT_EQ(6, test::number(call("inqDim", {id, 0})[1]));
-  EXPECT_EQ(test::valuesOf<std::uint8_t>(bytes),
-            test::valuesOf<std::uint8_t>(call1("closeMem", {id})));
+  EXPECT_EQ(6, number(call("inqDim", {id, 0})[1]));
+  EXPECT_EQ(valuesOf<std::uint8_t>(bytes), valuesOf<std::uint8_t>(call1("closeMem", {id})));
 
   EXPECT_EQ("NC_ENOTNC", statusOf([&] {
-              call("openMem", {"g.nc", "write", test::array<std::uint8_t>(Bytes(200, 'x'))});
+              call("openMem", {"g", "write", zeros(qvUINT8_CLASS, {200, 1})});
             }));
   EXPECT_EQ("NC_EINVAL", statusOf([] {
-              call("openMem", {"e.nc", "nowrite", test::zeros(qvUINT8_CLASS, {0, 1})});
+              call("openMem", {"e", "nowrite", zeros(qvUINT8_CLASS, {0, 1})});
             }));
-  EXPECT_MSGID(call("openMem", {"d.nc", "nowrite", test::array<double>({1, 2, 3, 4})}),
+  EXPECT_MSGID(call("openMem", {"d.nc", "nowrite", zeros(qvDOUBLE_CLASS, {4, 1})}),
                "QUARNA:imagesci:netcdf:argumentNotOfKind", args("bytes", "a real uint8 array"));
   EXPECT_EQ("NC_EBADID", statusOf([] { call("closeMem", {12345678}); }));
   // nc_close_memio would close a disk file and answer success with no bytes.

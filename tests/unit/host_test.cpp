@@ -1,15 +1,14 @@
 // The substitute host: reference counts of arrays, lent storage, cells, structs and string
 // elements (missing ones included), the catalogue's fallback text, and the text converters
 // at their edges.
-#include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdlib>
-#include <filesystem>
 
 #include "test_support.hpp"
 
 namespace {
+
+using namespace test;
 
 // A lent data block that counts its destruction, so a test sees when its array dies.
 class ProbeBlock final : public qvDataBlock {
@@ -23,7 +22,7 @@ class ProbeBlock final : public qvDataBlock {
   int* destroyed_;
 };
 qvArrayPtr probeArray(int* destroyed) {
-  return qvWrapExternal(qvDOUBLE_CLASS, test::Dims{1, 1}, std::make_unique<ProbeBlock>(destroyed));
+  return qvWrapExternal(qvDOUBLE_CLASS, Dims{1, 1}, std::make_unique<ProbeBlock>(destroyed));
 }
 
 TEST(HostReferences, ArraysCellsAndStructsLiveAsLongAsTheLastReference) {
@@ -40,15 +39,14 @@ TEST(HostReferences, ArraysCellsAndStructsLiveAsLongAsTheLastReference) {
   a->refCount.fetch_add(1);
   matrix::destroyArray(a.release());  // destroys whatever other references remain
   EXPECT_EQ(destroyed, 2);
-  EXPECT_THROW(
-      qvWrapExternal(qvCELL_CLASS, test::Dims{1, 1}, std::make_unique<ProbeBlock>(&destroyed)),
-      std::invalid_argument);
+  EXPECT_THROW(qvWrapExternal(qvCELL_CLASS, Dims{1, 1}, std::make_unique<ProbeBlock>(&destroyed)),
+               std::invalid_argument);
   EXPECT_EQ(destroyed, 3);
 
-  qvArrayPtr outer = test::cell(test::cell(probeArray(&destroyed)), probeArray(&destroyed));
+  qvArrayPtr outer = cell(cell(probeArray(&destroyed)), probeArray(&destroyed));
   qvReplaceCell(outer.get(), 1, probeArray(&destroyed));
   EXPECT_EQ(destroyed, 4);
-  qvArrayPtr s = qvCreateStruct(test::Dims{2, 1}, {"a", "b"});
+  qvArrayPtr s = qvCreateStruct(Dims{2, 1}, {"a", "b"});
   qvSetFieldByNumber(s.get(), 1, 0, std::move(outer));
   qvSetFieldByNumber(s.get(), 1, 1, probeArray(&destroyed));
   qvSetFieldByNumber(s.get(), 1, 1, probeArray(&destroyed));  // releases the one it replaces
@@ -57,11 +55,11 @@ TEST(HostReferences, ArraysCellsAndStructsLiveAsLongAsTheLastReference) {
   EXPECT_EQ(qvGetFieldNameByNumber(s.get(), 2), nullptr);
   EXPECT_EQ(qvGetFieldByNumber(s.get(), 0, 0), nullptr);
   EXPECT_THROW(qvSetFieldByNumber(s.get(), 2, 0, nullptr), std::out_of_range);
-  EXPECT_THROW(qvCreateStruct(test::Dims{1, 1}, {"a", "a"}), std::invalid_argument);
+  EXPECT_THROW(qvCreateStruct(Dims{1, 1}, {"a", "a"}), std::invalid_argument);
   s.reset();
   EXPECT_EQ(destroyed, 8);
   // Blocks from 4 MB on are advised into huge pages; the memory is still zero-filled.
-  EXPECT_EQ(test::valuesOf(test::zeros(qvDOUBLE_CLASS, {1 << 20, 1})).back(), 0.0);
+  EXPECT_EQ(valuesOf(zeros(qvDOUBLE_CLASS, {1 << 20, 1})).back(), 0.0);
 }
 
 TEST(HostReferences, StringElementsAreCountedAndReplacingReleases) {
@@ -139,7 +137,7 @@ TEST(HostConverters, NarrowEncodingFollowsTheLocale) {
   ASSERT_TRUE(guard.use("C"));
   EXPECT_EQ(narrow(u"data/é.nc"), "data/\xC3\xA9.nc");
   EXPECT_THROW(narrow(u"\xDC00.nc"), FsysExceptionBase);
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   const std::string make = "localedef -i en_US -f ISO-8859-1 " + dir.file("l1") + " 2>/dev/null";
   bool latin1 = guard.use("en_US.ISO-8859-1");
   if (!latin1 && std::system(make.c_str()) == 0 && setenv("LOCPATH", dir.file("").c_str(), 1) == 0)

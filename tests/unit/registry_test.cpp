@@ -4,8 +4,6 @@
 #include "gateway/registry.hpp"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
-#include <netcdf.h>
 
 #include <stdexcept>
 
@@ -26,11 +24,9 @@ extern "C" int nc_close(int ncid) {
 
 namespace {
 
-using test::args;
-using test::call;
-using test::call1;
+using namespace test;
 
-int ncidOf(const qvArrayPtr& a) { return static_cast<int>(test::number(a)); }
+int ncidOf(const qvArrayPtr& a) { return static_cast<int>(number(a)); }
 bool isOpen(int ncid) {
   int format = 0;
   return nc_inq_format(ncid, &format) == NC_NOERR;
@@ -48,7 +44,7 @@ class Registry : public testing::Test {
   static void clear() {
     for (const int id : OpenFileRegistry::ids()) OpenFileRegistry::remove(id);
   }
-  test::ScratchDir dir_;
+  ScratchDir dir_;
   std::vector<std::string> warnings_;
   qvWarningHandler previous_ =
       qvSetWarningHandler([this](const resource_core::BaseMsgID& id, const std::u16string&) {
@@ -72,7 +68,7 @@ TEST_F(Registry, FollowsAddRemoveOpenCloseAbortAndIgnoresPCreate) {
             (std::vector<int>{std::min(first, second), std::max(first, second)}));
   // A close that fails still forgets the id; an abort that fails keeps it.
   ASSERT_EQ(NC_NOERR, nc_close(first));
-  EXPECT_EQ("NC_EBADID", test::statusOf([&] { call("close", {first}); }));
+  EXPECT_EQ("NC_EBADID", statusOf([&] { call("close", {first}); }));
   ASSERT_EQ(NC_NOERR, nc_close(second));
   EXPECT_MSGID(call("abort", {second}), "QUARNA:imagesci:netcdf:libraryFailure",
                args("abort", "NC_EBADID", "Not a valid ID"));
@@ -91,8 +87,8 @@ TEST_F(Registry, UnloadClosesEverythingAscending) {
   for (const char* name : {"a.nc", "b.nc"})
     ncids.push_back(ncidOf(call1("create", {dir_.file(name), "clobber"})));
   const qvArrayPtr stuck = call1("create", {dir_.file("u.nc"), "netcdf4"});
-  EXPECT_EQ("NC_EBADTYPID", test::statusOf([&] {
-              call("putAttInt64", {stuck, NC_GLOBAL, "a", 74, test::scalar<std::int64_t>(-1)});
+  EXPECT_EQ("NC_EBADTYPID", statusOf([&] {
+              call("putAttInt64", {stuck, NC_GLOBAL, "a", 74, scalar<std::int64_t>(-1)});
             }));
   ncids.push_back(ncidOf(stuck));
   constexpr int kUnknownId = 1;
@@ -132,7 +128,7 @@ TEST_F(Registry, IdsOfAFailedCloseAreRefusedEverywhere) {
   EXPECT_MSGID(call("close", {big}), "QUARNA:imagesci:netcdf:formatConstraintsViolation", args());
   EXPECT_FALSE(OpenFileRegistry::contains(ncidOf(big)));
   const qvArrayPtr other = call1("create", {dir_.file("other.nc"), "netcdf4"});
-  const auto refused = [&](const std::string& op, std::initializer_list<test::Arg> in) {
+  const auto refused = [&](const std::string& op, std::initializer_list<Arg> in) {
     EXPECT_MSGID(call(op, in), "QUARNA:imagesci:netcdf:libraryFailure",
                  args(op, "NC_EBADID", "Not a valid ID"));
   };
@@ -140,11 +136,11 @@ TEST_F(Registry, IdsOfAFailedCloseAreRefusedEverywhere) {
     refused(op, {big});
   refused("pEndDef", {big, 0, 4, 0, 4});
   refused("setFill", {big, NC_FILL});
-  refused("inqVarIDs", {test::number(big) + 1});
+  refused("inqVarIDs", {number(big) + 1});
   refused("getVarDouble", {big, 0});
   refused("copyAtt", {other, NC_GLOBAL, "a", big, NC_GLOBAL});
   // Other files, and files opened later, are untouched.
-  EXPECT_EQ(0, test::number(call1("inq", {other})));
+  EXPECT_EQ(0, number(call1("inq", {other})));
   call("close", {other});
   call("close", {call1("create", {dir_.file("later.nc"), "clobber"})});
 }

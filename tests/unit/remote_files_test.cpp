@@ -3,8 +3,6 @@
 // netCDF-C did not make.
 #include "ops/remote/remote_files.hpp"
 
-#include <gtest/gtest.h>
-#include <netcdf.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -14,6 +12,8 @@
 #include "test_support.hpp"
 
 namespace {
+
+using namespace test;
 
 // Writes text to standard error both ways netCDF-C does, stdio and the descriptor itself,
 // and returns what reached it.
@@ -57,7 +57,7 @@ TEST(RemoteFiles, FileUrlPath) {
 }
 
 TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   using Names = std::vector<std::string>;
   using Codecs = std::optional<Names>;
   const std::vector<std::pair<std::string, Codecs>> cases = {
@@ -80,7 +80,7 @@ TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
 // Refused only for stores netCDF-C did not write; not a Zarr URL, or no store there yet
 // (netCDF-C reports that itself), passes.
 TEST(ZarrCodecs, WritingIsRefusedOnlyForStoresNetcdfDidNotWrite) {
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   const auto store = [&](const std::string& name, const char* attributes) {
     std::filesystem::create_directories(dir.file(name));
     std::ofstream(dir.file(name + "/.zgroup")) << R"({"zarr_format": 2})";

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <netcdf.h>
 
 #include <algorithm>
+#include <cmath>
 #include <concepts>
 #include <cstdlib>
 #include <filesystem>
@@ -19,13 +21,11 @@ namespace test {
 
 using Dims = std::vector<std::uint64_t>;
 
-// The host class of an element type: char16_t is char, bool logical, the rest numeric.
+// The host class of an element type: numeric, else logical for bool, else char.
 template <class T, std::size_t I = 0>
 constexpr qvClassID classOf() {
-  if constexpr (std::is_same_v<T, char16_t>)
-    return qvCHAR_CLASS;
-  else if constexpr (std::is_same_v<T, bool>)
-    return qvLOGICAL_CLASS;
+  if constexpr (I == std::tuple_size_v<qvNumericTypes>)
+    return std::is_same_v<T, bool> ? qvLOGICAL_CLASS : qvCHAR_CLASS;
   else if constexpr (std::is_same_v<T, std::tuple_element_t<I, qvNumericTypes>>)
     return static_cast<qvClassID>(qvDOUBLE_CLASS + I);
   else
@@ -47,19 +47,8 @@ template <class T>
 qvArrayPtr scalar(T value) {
   return array<T>({value}, {1, 1});
 }
-// A numeric array of class cls holding values (converted to its type); a row by default.
-inline qvArrayPtr numeric(qvClassID cls, const std::vector<double>& values, Dims dims = {}) {
-  qvArrayPtr a = zeros(cls, dims.empty() ? Dims{1, values.size()} : dims);
-  qvVisitNumeric(cls, [&](auto t) {
-    auto* out = static_cast<decltype(t)*>(qvGetData(a.get()));
-    for (const double v : values) *out++ = static_cast<decltype(t)>(v);
-  });
-  return a;
-}
-
 inline qvArrayPtr charRow(const std::string& t) { return matrix::create(t.data(), t.size()); }
 inline qvArrayPtr charRow(const std::u16string& t) { return matrix::create(t.data(), t.size()); }
-inline qvArrayPtr opaque(qvClassID cls) { return qvCreateOpaque(Dims{1, 1}, cls); }
 // A column cell of the elements.
 template <class... A>
 qvArrayPtr cell(A&&... elements) {
@@ -76,25 +65,9 @@ inline std::vector<qvArrayPtr> nonNumeric() {
   v.push_back(scalar(true));
   v.push_back(cell(scalar(5.0)));
   v.push_back(createStringArray(u"5"));
-  v.push_back(opaque(qvSTRUCT_CLASS));
+  v.push_back(qvCreateOpaque(Dims{1, 1}, qvSTRUCT_CLASS));
   return v;
 }
-
-inline Dims dimsOf(const qvArray* a) {
-  return {qvGetDimensions(a), qvGetDimensions(a) + qvGetNumberOfDimensions(a)};
-}
-inline Dims dimsOf(const qvArrayPtr& a) { return dimsOf(a.get()); }
-template <class T = double>
-std::vector<T> valuesOf(const qvArray* a) {
-  const auto* p = static_cast<const T*>(qvGetData(a));
-  return {p, p + qvGetNumberOfElements(a)};
-}
-template <class T = double>
-std::vector<T> valuesOf(const qvArrayPtr& a) {
-  return valuesOf<T>(a.get());
-}
-inline double number(const qvArrayPtr& a) { return valuesOf(a).at(0); }
-inline std::u16string text(const qvArrayPtr& a) { return matrix::get_ustring(a.get()); }
 
 using Outputs = std::array<qvArrayPtr, kNetcdflibMaxOutputs>;
 
@@ -118,6 +91,17 @@ class Arg {
   const qvArray* p_;
 };
 
+inline Dims dimsOf(const Arg& a) {
+  return {qvGetDimensions(a.get()), qvGetDimensions(a.get()) + qvGetNumberOfDimensions(a.get())};
+}
+template <class T = double>
+std::vector<T> valuesOf(const Arg& a) {
+  const auto* p = static_cast<const T*>(qvGetData(a.get()));
+  return {p, p + qvGetNumberOfElements(a.get())};
+}
+inline double number(const Arg& a) { return valuesOf(a).at(0); }
+inline std::u16string text(const Arg& a) { return matrix::get_ustring(a.get()); }
+
 // Calls netcdflib with the operation name followed by the arguments, asking for nlhs outputs.
 inline Outputs call(const std::string& op, std::initializer_list<Arg> arguments = {},
                     int nlhs = 0) {
@@ -139,15 +123,11 @@ struct CaughtError {
 };
 
 // Message arguments as errors carry them: texts as UTF-8 strings, whole numbers as long.
+inline resource_core::MsgArg arg(long v) { return v; }
+inline resource_core::MsgArg arg(const std::string& v) { return v; }
 template <class... T>
-Args args(T&&... values) {
-  [[maybe_unused]] auto one = [](auto&& v) -> resource_core::MsgArg {
-    if constexpr (std::is_integral_v<std::decay_t<decltype(v)>>)
-      return static_cast<long>(v);
-    else
-      return std::string(v);
-  };
-  return Args{one(std::forward<T>(values))...};
+Args args(const T&... values) {
+  return Args{arg(values)...};
 }
 
 // The message-ID error f raised, or nothing when it returned. Other exceptions pass.
@@ -178,25 +158,20 @@ std::string statusOf(F&& f) {
   } while (false)
 
 // A fresh directory under NETCDFLIB_TEST_TMP (else the system's), removed with its contents.
-class ScratchDir {
- public:
-  ScratchDir() {
+struct ScratchDir {
+  static std::filesystem::path make() {
     const char* base = std::getenv("NETCDFLIB_TEST_TMP");
-    const std::filesystem::path root = base ? base : std::filesystem::temp_directory_path();
-    std::filesystem::create_directories(root);
-    std::string pattern = (root / "netcdflib-XXXXXX").string();
+    std::filesystem::create_directories(base ? base : "/tmp");
+    std::string pattern = std::string(base ? base : "/tmp") + "/netcdflib-XXXXXX";
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
+    return pattern;
   }
   ~ScratchDir() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(path, ignored);
   }
-  ScratchDir(const ScratchDir&) = delete;
-  std::string file(const std::string& name) const { return (path_ / name).string(); }
-
- private:
-  std::filesystem::path path_;
+  std::string file(const std::string& name) const { return (path / name).string(); }
+  const std::filesystem::path path = make();
 };
 
 }  // namespace test
