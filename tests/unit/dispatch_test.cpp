@@ -26,26 +26,20 @@ struct {
   const OperationRow* row;
 } received;
 
-void recordingHandler(int nlhs, qvArrayPtr* plhs, int n, const qvArray* const* inputs,
-                      const OperationRow& row) {
-  received = {nlhs, n, inputs, &row};
+// Records what it got and answers its row's id; some rows fail instead.
+void handler(int nlhs, qvArrayPtr* plhs, int n, const qvArray* const* in, const OperationRow& row) {
+  received = {nlhs, n, in, &row};
+  if (row.opId == 14) getScalar<int>(in[0], "ncid");
+  if (row.opId == 15) qvErrMsgId(QUARNA::imagesci::netcdf::badScalarArgument("ncid", "numeric"));
+  if (row.opId == 16) throw std::runtime_error("host failure");
   plhs[0] = scalar<double>(row.opId);
-}
-void scalarHandler(int, qvArrayPtr* plhs, int, const qvArray* const* in, const OperationRow&) {
-  plhs[0] = scalar<double>(getScalar<int>(in[0], "ncid"));
-}
-void failingHandler(int, qvArrayPtr*, int, const qvArray* const*, const OperationRow&) {
-  qvErrMsgId(QUARNA::imagesci::netcdf::badScalarArgument("ncid", "numeric"));
-}
-void throwingHandler(int, qvArrayPtr*, int, const qvArray* const*, const OperationRow&) {
-  throw std::runtime_error("host failure");
 }
 
 constexpr OperationRow kTestTable[] = {
-    {10, "alpha", 1, recordingHandler},   {11, "none", 0, recordingHandler},
-    {12, "alpha", 2, recordingHandler},  // never reached: the first "alpha" wins
-    {14, "scalar", 1, scalarHandler},     {15, "failing", 0, failingHandler},
-    {16, "throwing", 0, throwingHandler},
+    {10, "alpha", 1, handler},    {11, "none", 0, handler},
+    {12, "alpha", 2, handler},  // never reached: the first "alpha" wins
+    {14, "scalar", 1, handler},   {15, "failing", 0, handler},
+    {16, "throwing", 0, handler},
 };
 
 TEST(LookupOperation, FirstMatchDecidesAndUnknownNamesCarryTheName) {
@@ -56,6 +50,8 @@ TEST(LookupOperation, FirstMatchDecidesAndUnknownNamesCarryTheName) {
   for (const char* name : {"Alpha", "alpha ", "alph", ""})
     EXPECT_MSGID(lookupOperation(kTestTable, name, 1), kUnrecognized, args(name));
   EXPECT_MSGID(lookupOperation(kTestTable, nullptr, 0), kUnrecognized, args(""));
+  // The library's own table is indexed; there too the first row of a name decides.
+  EXPECT_MSGID(call("inqDimIDs", {1}), kWrongCount, args());
 }
 
 // Dispatches the inputs (the name first, if any) on the test table, one output asked for.
@@ -98,23 +94,15 @@ TEST(OperationTable, TooManyOutputsAreRefusedFirst) {
   }
 }
 
-// A lookup that fails its first call, then finds a service.
-struct FlakyLookup {
-  int calls = 0;
-  std::shared_ptr<void> service = std::make_shared<int>(42);
-  ServiceLookup function() {
-    return [this]() -> std::shared_ptr<void> {
-      if (++calls == 1) throw std::runtime_error("The bundle context is no longer valid");
-      return service;
-    };
-  }
-};
-
-// The process's own holder, through netcdflib, in a fresh process: it starts on the first
-// call any test makes.
+// The process's own holder, through netcdflib, in a fresh process (it starts on the first
+// call any test makes), with a lookup that fails its first call.
 bool firstCallsOfAProcess() {
-  FlakyLookup lookup;
-  serviceLookup() = lookup.function();
+  int calls = 0;
+  const auto service = std::make_shared<int>(42);
+  serviceLookup() = [&]() -> std::shared_ptr<void> {
+    if (++calls == 1) throw std::runtime_error("The bundle context is no longer valid");
+    return service;
+  };
   try {
     call("getConstantNames");
     return false;
@@ -122,8 +110,7 @@ bool firstCallsOfAProcess() {
   }
   if (processServiceHolder().held()) return false;  // nothing of the failed call was done
   call("getConstantNames");
-  return call("getConstantNames")[0] && lookup.calls == 2 &&
-         processServiceHolder().held() == lookup.service;
+  return call("getConstantNames")[0] && calls == 2 && processServiceHolder().held() == service;
 }
 
 TEST(ServiceHolderDeathTest, NetcdflibRetriesAFailedStartUp) {
