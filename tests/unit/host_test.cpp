@@ -29,12 +29,10 @@ TEST(HostReferences, ArraysCellsAndStructsLiveAsLongAsTheLastReference) {
   int destroyed = 0;
   qvArrayPtr first = probeArray(&destroyed);
   qvArrayPtr second = qvShareArray(first.get());
-  EXPECT_EQ(first.get(), second.get());
   first.reset();
   EXPECT_EQ(destroyed, 0);
   second.reset();
   EXPECT_EQ(destroyed, 1);
-  EXPECT_FALSE(qvShareArray(nullptr));
   qvArrayPtr a = probeArray(&destroyed);
   a->refCount.fetch_add(1);
   matrix::destroyArray(a.release());  // destroys whatever other references remain
@@ -113,16 +111,6 @@ TEST(HostConverters, EncodingAndDecodingEdges) {
     EXPECT_EQ(utf8_to_ustring(bytes.data(), bytes.size()), units) << bytes;
 }
 
-// Switches LC_CTYPE for one test and restores it afterwards.
-class LocaleGuard {
- public:
-  ~LocaleGuard() { std::setlocale(LC_CTYPE, saved_.c_str()); }
-  bool use(const char* name) { return std::setlocale(LC_CTYPE, name) != nullptr; }
-
- private:
-  std::string saved_ = std::setlocale(LC_CTYPE, nullptr);
-};
-
 std::string narrow(const std::u16string& s) {
   return codecvt_ustring_to_narrow_string(false).do_convert(s.data(), s.size());
 }
@@ -130,15 +118,18 @@ std::string narrow(const std::u16string& s) {
 // File names: UTF-8 under an ASCII locale, else the locale's own encoding. A Latin-1
 // locale is built on the fly, since minimal systems ship only C and C.UTF-8.
 TEST(HostConverters, NarrowEncodingFollowsTheLocale) {
-  LocaleGuard guard;
-  ASSERT_TRUE(guard.use("C"));
+  const std::string saved = std::setlocale(LC_CTYPE, nullptr);
+  const std::shared_ptr<void> restore(nullptr,
+                                      [&](void*) { std::setlocale(LC_CTYPE, saved.c_str()); });
+  const auto use = [](const char* name) { return std::setlocale(LC_CTYPE, name) != nullptr; };
+  ASSERT_TRUE(use("C"));
   EXPECT_EQ(narrow(u"data/é.nc"), "data/\xC3\xA9.nc");
   EXPECT_THROW(narrow(u"\xDC00.nc"), FsysExceptionBase);
   const ScratchDir dir;
   const std::string make = "localedef -i en_US -f ISO-8859-1 " + dir.file("l1") + " 2>/dev/null";
-  bool latin1 = guard.use("en_US.ISO-8859-1");
+  bool latin1 = use("en_US.ISO-8859-1");
   if (!latin1 && std::system(make.c_str()) == 0 && setenv("LOCPATH", dir.file("").c_str(), 1) == 0)
-    latin1 = guard.use("l1");
+    latin1 = use("l1");
   unsetenv("LOCPATH");
   if (!latin1) GTEST_SKIP() << "no Latin-1 locale can be made here";
   EXPECT_EQ(narrow(u"é.nc"), "\xE9.nc");

@@ -48,7 +48,6 @@ qvArrayPtr scalar(T value) {
   return array<T>({value}, {1, 1});
 }
 inline qvArrayPtr charRow(const std::string& t) { return matrix::create(t.data(), t.size()); }
-inline qvArrayPtr charRow(const std::u16string& t) { return matrix::create(t.data(), t.size()); }
 // A column cell of the elements.
 template <class... A>
 qvArrayPtr cell(A&&... elements) {
@@ -83,7 +82,6 @@ class Arg {
   Arg(std::same_as<bool> auto v) : Arg(scalar<bool>(v)) {}  // no pointer becomes a flag
   Arg(const char* t) : Arg(charRow(t)) {}
   Arg(const std::string& t) : Arg(charRow(t)) {}
-  Arg(const std::u16string& t) : Arg(charRow(t)) {}
   const qvArray* get() const { return p_; }
 
  private:
@@ -100,7 +98,6 @@ std::vector<T> valuesOf(const Arg& a) {
   return {p, p + qvGetNumberOfElements(a.get())};
 }
 inline double number(const Arg& a) { return valuesOf(a).at(0); }
-inline std::u16string text(const Arg& a) { return matrix::get_ustring(a.get()); }
 
 // Calls netcdflib with the operation name followed by the arguments, asking for nlhs outputs.
 inline Outputs call(const std::string& op, std::initializer_list<Arg> arguments = {},

@@ -155,7 +155,7 @@ TEST_F(UserTypes, VlenDataNetcdfWouldMisreadIsRefused) {
     qvArrayPtr data;
     const char* id;
   } cases[] = {
-      {NC_STRING, cell(charRow(u"abc")), badType},
+      {NC_STRING, cell(charRow("abc")), badType},
       {texts,
        cell(cell(strings({u"a", u"b\u00e9"}), strings({u"c"})),
             cell(strings({u"x"}), strings({u"d", u"e"}, true))),
