@@ -1,104 +1,72 @@
+// Remote and Zarr files beyond what the Octave tests reach: the filter of DAP4 debug lines
+// on standard error, file URLs, the codecs a Zarr array names, and writes into stores
+// netCDF-C did not make.
 #include "ops/remote/remote_files.hpp"
 
-#include <gtest/gtest.h>
-#include <netcdf.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <filesystem>
 #include <fstream>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "ops/remote/zarr_codecs.hpp"
 #include "test_support.hpp"
 
 namespace {
 
-// Standard error sent to a buffer for the test's lifetime, as a host would see it.
-class CapturedStderr {
- public:
-  CapturedStderr() : capture_(memfd_create("test-stderr", 0)), saved_(dup(STDERR_FILENO)) {
-    std::fflush(stderr);
-    dup2(capture_, STDERR_FILENO);
-  }
-  ~CapturedStderr() { restore(); }
-  std::string text() {
-    restore();
-    std::string out(static_cast<std::size_t>(lseek(capture_, 0, SEEK_END)), '\0');
-    EXPECT_EQ(pread(capture_, out.data(), out.size(), 0), static_cast<ssize_t>(out.size()));
-    return out;
-  }
+using namespace test;
 
- private:
-  void restore() {
-    if (saved_ < 0) return;
-    std::fflush(stderr);
-    dup2(saved_, STDERR_FILENO);
-    close(saved_);
-    saved_ = -1;
-  }
-  int capture_, saved_;
-};
-
-void emit(const std::string& text) {
-  // Both ways netCDF-C writes: stdio and the descriptor itself.
-  std::fputs(text.substr(0, text.size() / 2).c_str(), stderr);
+// Writes text to standard error both ways netCDF-C does, stdio and the descriptor itself,
+// and returns what reached it.
+std::string throughStderr(const std::string& text, bool filtered) {
+  const int capture = memfd_create("test-stderr", 0), saved = dup(STDERR_FILENO);
   std::fflush(stderr);
-  ASSERT_EQ(write(STDERR_FILENO, text.data() + text.size() / 2, text.size() - text.size() / 2),
-            static_cast<ssize_t>(text.size() - text.size() / 2));
+  dup2(capture, STDERR_FILENO);
+  {
+    const Dap4DebugFilter filter(filtered);
+    std::fputs(text.substr(0, text.size() / 2).c_str(), stderr);
+    std::fflush(stderr);
+    const std::string rest = text.substr(text.size() / 2);
+    EXPECT_EQ(write(STDERR_FILENO, rest.data(), rest.size()), ssize_t(rest.size()));
+  }
+  dup2(saved, STDERR_FILENO);
+  close(saved);
+  std::string out(static_cast<std::size_t>(lseek(capture, 0, SEEK_END)), '\0');
+  EXPECT_EQ(pread(capture, out.data(), out.size(), 0), ssize_t(out.size()));
+  close(capture);
+  return out;
 }
 
 TEST(Dap4DebugFilter, DropsOnlyTheDebugLinesAndKeepsTheRestInOrder) {
-  const std::string mixed =
-      "checksumhack=0\nbefore\nchecksumhack=17\nchecksumhack=1\nchecksumhack=x\n"
-      "text checksumhack=0\nchecksumhack=\nchecksumhack=3 more\nlast, unterminated";
-  const std::string kept =
+  EXPECT_EQ(
+      throughStderr("checksumhack=0\nbefore\nchecksumhack=17\nchecksumhack=1\nchecksumhack=x\n"
+                    "text checksumhack=0\nchecksumhack=\nchecksumhack=3 more\nlast, unterminated",
+                    true),
       "before\nchecksumhack=x\ntext checksumhack=0\nchecksumhack=\nchecksumhack=3 more\n"
-      "last, unterminated";
-  CapturedStderr captured;
-  {
-    const Dap4DebugFilter filter(true);
-    emit(mixed);
-  }
-  emit("|after\n");
-  EXPECT_EQ(captured.text(), kept + "|after\n");
-}
-
-TEST(Dap4DebugFilter, InactiveFilterPassesEverythingAtOnce) {
-  CapturedStderr captured;
-  const Dap4DebugFilter filter(false);
-  emit("checksumhack=0\n");
-  EXPECT_EQ(captured.text(), "checksumhack=0\n");
+      "last, unterminated");
+  EXPECT_EQ(throughStderr("checksumhack=0\n", false), "checksumhack=0\n");
 }
 
 TEST(RemoteFiles, FileUrlPath) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"file:///a/b.zarr#mode=zarr,file", "/a/b.zarr"},
-      {"file:///a%20b/x%2Ezarr?k=v#mode=nczarr,file", "/a b/x.zarr"},
-      {"file:///bad%zz/end%2", "/bad%zz/end%2"},
-      {"file:///plain", "/plain"},
-      {"http://host/x.zarr#mode=zarr,s3", ""},
-      {"/local/x.zarr#mode=zarr,file", ""},
-  };
-  for (const auto& [url, path] : cases) EXPECT_EQ(RemoteFiles::fileUrlPath(url), path) << url;
+  for (const auto& [url, path] : std::vector<std::pair<std::string, std::string>>{
+           {"file:///a/b.zarr#mode=zarr,file", "/a/b.zarr"},
+           {"file:///a%20b/x%2Ezarr?k=v#mode=nczarr,file", "/a b/x.zarr"},
+           {"file:///bad%zz/end%2", "/bad%zz/end%2"},
+           {"http://host/x.zarr#mode=zarr,s3", ""},
+           {"/local/x.zarr#mode=zarr,file", ""}})
+    EXPECT_EQ(RemoteFiles::fileUrlPath(url), path) << url;
 }
 
 TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
-  const test::ScratchDir dir;
-  using Codecs = std::optional<std::vector<std::string>>;
+  const ScratchDir dir;
+  using Names = std::vector<std::string>;
+  using Codecs = std::optional<Names>;
   const std::vector<std::pair<std::string, Codecs>> cases = {
-      {R"({"compressor": null, "filters": null, "zarr_format": 2})",
-       Codecs{std::vector<std::string>{}}},
-      {R"({"zarr_format": 2})", Codecs{std::vector<std::string>{}}},
-      {R"({"compressor": {"id": "blosc", "cname": "lz4", "clevel": 5}, "filters": null})",
-       Codecs{std::vector<std::string>{"blosc"}}},
+      {R"({"compressor": null, "filters": null, "zarr_format": 2})", Codecs{Names{}}},
+      {R"({"zarr_format": 2})", Codecs{Names{}}},
       {R"({"compressor": {"id": "zlib", "level": 1},
            "filters": [{"id": "delta", "dtype": "<i4"}, {"id": "fixedscaleoffset"}]})",
-       Codecs{std::vector<std::string>{"delta", "fixedscaleoffset", "zlib"}}},
-      {R"({"compressor": {"level": 1}, "filters": []})", Codecs{std::vector<std::string>{"?"}}},
+       Codecs{Names{"delta", "fixedscaleoffset", "zlib"}}},
+      {R"({"compressor": {"level": 1}, "filters": []})", Codecs{Names{"?"}}},
       {R"({"compressor": )", std::nullopt},
   };
   for (std::size_t k = 0; k < cases.size(); ++k) {
@@ -109,8 +77,10 @@ TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
   EXPECT_EQ(ZarrCodecs::codecsOf(dir.file("missing")), std::nullopt);
 }
 
+// Refused only for stores netCDF-C did not write; not a Zarr URL, or no store there yet
+// (netCDF-C reports that itself), passes.
 TEST(ZarrCodecs, WritingIsRefusedOnlyForStoresNetcdfDidNotWrite) {
-  const test::ScratchDir dir;
+  const ScratchDir dir;
   const auto store = [&](const std::string& name, const char* attributes) {
     std::filesystem::create_directories(dir.file(name));
     std::ofstream(dir.file(name + "/.zgroup")) << R"({"zarr_format": 2})";
@@ -118,17 +88,15 @@ TEST(ZarrCodecs, WritingIsRefusedOnlyForStoresNetcdfDidNotWrite) {
     return "file://" + dir.file(name) + "#mode=zarr,file";
   };
   const std::string foreign = store("foreign.zarr", R"({"title": "x"})");
-  const std::string bare = store("bare.zarr", nullptr);
-  const std::string ours = store("ours.zarr", R"({"_NCProperties": "version=2"})");
-  EXPECT_EQ(ZarrCodecs::statusOfForeignWrite(foreign, NC_WRITE), NC_EPERM);
-  EXPECT_EQ(ZarrCodecs::statusOfForeignWrite(bare, NC_WRITE | NC_SHARE), NC_EPERM);
-  EXPECT_EQ(ZarrCodecs::statusOfForeignWrite(ours, NC_WRITE), NC_NOERR);
-  EXPECT_EQ(ZarrCodecs::statusOfForeignWrite(foreign, NC_NOWRITE), NC_NOERR);
-  // Not a Zarr URL, or no store there yet (netCDF-C reports that itself).
-  EXPECT_EQ(ZarrCodecs::statusOfForeignWrite(dir.file("foreign.zarr"), NC_WRITE), NC_NOERR);
-  EXPECT_EQ(ZarrCodecs::statusOfForeignWrite("file://" + dir.file("none.zarr") + "#mode=zarr,file",
-                                             NC_WRITE),
-            NC_NOERR);
+  const auto status = [](const std::string& url, int mode) {
+    return ZarrCodecs::statusOfForeignWrite(url, mode);
+  };
+  EXPECT_EQ((std::vector<int>{NC_EPERM, NC_EPERM, NC_NOERR, NC_NOERR, NC_NOERR, NC_NOERR}),
+            (std::vector<int>{
+                status(foreign, NC_WRITE), status(store("bare.zarr", nullptr), NC_WRITE | NC_SHARE),
+                status(store("ours.zarr", R"({"_NCProperties": "version=2"})"), NC_WRITE),
+                status(foreign, NC_NOWRITE), status(dir.file("foreign.zarr"), NC_WRITE),
+                status("file://" + dir.file("none.zarr") + "#mode=zarr,file", NC_WRITE)}));
 }
 
 }  // namespace

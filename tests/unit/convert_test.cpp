@@ -1,0 +1,210 @@
+// The argument converters (scalars, flags, index vectors, id and size rows, file modes), the
+// status check and what operation names mean.
+#include <boost/numeric/conversion/converter_policies.hpp>
+#include <sstream>
+
+#include "convert/index.hpp"
+#include "convert/scalars.hpp"
+#include "gateway/operation.hpp"
+#include "gateway/status.hpp"
+#include "ops/files/file_mode.hpp"
+#include "test_support.hpp"
+
+namespace {
+
+using namespace test;
+
+constexpr double kInf = HUGE_VAL, kNaN = NAN, k2p63 = 9223372036854775808.0;
+constexpr const char* kBadScalar = "QUARNA:imagesci:netcdf:badScalarArgument";
+constexpr const char* kNotFinite = "QUARNA:imagesci:netcdf:invalidNaNInfForIntegerType";
+constexpr const char* kBadRow = "QUARNA:imagesci:netcdf:badRowDatatype";
+
+// What a conversion gives, printed; or which way it overflowed; or the error it raised.
+template <class F>
+std::string outcome(F&& f) {
+  try {
+    std::ostringstream out;
+    out << std::setprecision(21) << f();
+    return out.str();
+  } catch (const boost::numeric::negative_overflow&) {
+    return "-overflow";
+  } catch (const boost::numeric::positive_overflow&) {
+    return "+overflow";
+  } catch (const foundation::core::except::IMsgIDException& e) {
+    return e.GetID().fullIdentifier();
+  }
+}
+
+template <class T, ScalarUse U = ScalarUse::Plain>
+long double as(const qvArray* a) {
+  return getScalar<T>(a, "x", U);
+}
+template <class T>
+constexpr auto asFill = as<T, ScalarUse::FillValue>;
+
+// Representative bounds of each direction and source, and the fill-value exceptions.
+TEST(GetScalar, TruncatesChecksRangeAndFiniteness) {
+  const char* fillBad = "QUARNA:imagesci:netcdf:fillValueBadArgument";
+  const struct {
+    long double (*convert)(const qvArray*);
+    qvArrayPtr source;
+    std::string result;
+  } cases[] = {
+      {as<int>, scalar(-3.9), "-3"},
+      {as<std::size_t>, scalar(-0.5), "0"},
+      {as<std::size_t>, scalar(-1.0), "-overflow"},
+      {as<unsigned long long>, scalar<std::int64_t>(-1), "-overflow"},
+      {as<unsigned short>, scalar<std::int32_t>(70000), "+overflow"},
+      {as<double>, scalar<std::uint64_t>(UINT64_MAX), "18446744073709551616"},
+      {as<float>, scalar(std::nextafter(3.4028234663852886e38, kInf)), "+overflow"},
+      // Non-finite values only as fill values; a double Inf does not fit a single.
+      {as<std::size_t>, scalar<float>(kInf), kBadScalar},
+      {asFill<double>, scalar(kNaN), "nan"},
+      {asFill<float>, scalar(kInf), "+overflow"},
+      {asFill<short>, scalar(-kInf), "-overflow"},
+      {asFill<int>, scalar(kNaN), "0"},
+      // Not one element.
+      {as<int>, zeros(qvDOUBLE_CLASS, {1, 0}), kBadScalar},
+      {asFill<double>, zeros(qvDOUBLE_CLASS, {1, 0}), fillBad},
+      {asFill<float>, array<double>({1, 2}), fillBad},
+      {asFill<int>, zeros(qvDOUBLE_CLASS, {0, 1}), kBadScalar},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(c.result, outcome([&] { return c.convert(c.source.get()); })) << c.result;
+}
+
+// A row of numeric class cls holding values.
+qvArrayPtr ofClass(int cls, const std::vector<double>& v) {
+  return qvVisitNumeric(qvClassID(cls), [&](auto t) {
+    return array<decltype(t)>({v.begin(), v.end()});
+  });
+}
+
+// Only real numbers of one element; the arguments of the error name the argument.
+TEST(GetScalar, EveryNumericClassOnlyReal) {
+  for (int c = qvDOUBLE_CLASS; c <= qvUINT64_CLASS; ++c) {
+    const qvArrayPtr a = ofClass(c, {7});
+    EXPECT_EQ(21, as<int>(a.get()) + as<double>(a.get()) + as<signed char>(a.get())) << c;
+  }
+  std::vector<qvArrayPtr> refused = nonNumeric();
+  refused.push_back(zeros(qvDOUBLE_CLASS, {1, 1}, qvCOMPLEX));
+  for (const auto& a : refused) {
+    EXPECT_EQ(kBadScalar, outcome([&] { return as<int>(a.get()); }));
+    EXPECT_EQ(kBadScalar, outcome([&] { return asFill<double>(a.get()); }));
+  }
+  EXPECT_MSGID(getScalar<int>(array<double>({1, 2}).get(), "ncid"), kBadScalar,
+               args("ncid", "numeric"));
+  EXPECT_TRUE(getLogicalFlag(scalar(true).get(), "shuffle"));
+  EXPECT_MSGID(getLogicalFlag(scalar(1.0).get(), "shuffle"),
+               "QUARNA:imagesci:netcdf:expectedLogicalType", args("shuffle"));
+  const qvArrayPtr values = array<double>({1, 2, kNaN});
+  EXPECT_NO_THROW(checkFiniteForInteger(values.get(), 2, "chunkSize"));
+  EXPECT_MSGID(checkFiniteForInteger(values.get(), 3, "chunkSize"), kNotFinite, args("chunkSize"));
+}
+
+TEST(IndexVector, ReversedRangeCheckedFiniteNonEmptyNumeric) {
+  for (int c = qvDOUBLE_CLASS; c <= qvUINT64_CLASS; ++c)
+    EXPECT_EQ((IndexList{5, 0, 2}), getIndexVector(ofClass(c, {2, 0, 5}).get(), "START")) << c;
+  EXPECT_EQ((IndexList{5, 0, 2}), getIndexVector(array<double>({2.9, -0.5, 5}).get(), "COUNT"));
+  EXPECT_EQ((StrideList{-1, 3}), getStrideVector(array<std::int64_t>({3, -1}).get(), "STRIDE"));
+  // Finiteness is judged before any element overflows; emptiness before the class.
+  const struct {
+    qvArrayPtr value;
+    std::string start, stride;
+  } cases[] = {
+      {array<double>({-1}), "-overflow", "1"},
+      {array<double>({18446744073709551616.0}), "+overflow", "+overflow"},
+      {array<std::uint64_t>({std::uint64_t{1} << 63}), "1", "+overflow"},
+      {array<float>({1e30f, NAN}), "QUARNA:imagesci:netcdf:indexArgumentNotFinite", ""},
+      {zeros(qvCHAR_CLASS, {1, 0}), "QUARNA:imagesci:netcdf:argumentIsEmpty", ""},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.start, outcome([&] { return getIndexVector(c.value.get(), "START").size(); }));
+    EXPECT_EQ(c.stride.empty() ? c.start : c.stride,
+              outcome([&] { return getStrideVector(c.value.get(), "STRIDE").size(); }));
+  }
+  for (const auto& bad : nonNumeric())
+    EXPECT_MSGID(getIndexVector(bad.get(), "COUNT"),
+                 "QUARNA:imagesci:netcdf:argumentHasBadDatatype", args("COUNT"));
+}
+
+TEST(IndexRows, DimensionIdsAndChunkSizes) {
+  EXPECT_EQ((std::vector<int>{3, 1, 0}),
+            getDimensionIdRow(array<double>({0.7, 1, 3.9}).get(), "dimids"));
+  EXPECT_EQ(1024u, getDimensionIdRow(zeros(qvDOUBLE_CLASS, {1, 1024}).get(), "dimids").size());
+  EXPECT_MSGID(getDimensionIdRow(zeros(qvDOUBLE_CLASS, {1, 1025}).get(), "dimids"),
+               "QUARNA:imagesci:netcdf:rowLengthOutOfBounds", args("dimids", 1024));
+  // The class is checked first; a non-double row that reads as NaN is non-finite.
+  std::int64_t nanBits = 0;
+  std::memcpy(&nanBits, &kNaN, sizeof nanBits);
+  EXPECT_MSGID(getDimensionIdRow(zeros(qvINT16_CLASS, {1, 1025}).get(), "dimids"), kBadRow,
+               args("dimids"));
+  EXPECT_MSGID(getDimensionIdRow(array<std::int64_t>({nanBits}).get(), "dimids"), kNotFinite,
+               args("dimids"));
+  EXPECT_EQ((std::vector<std::size_t>{(std::size_t{1} << 63) + 2048, ~std::size_t{0}, 10}),
+            getChunkSizeRow(array<double>({10.9, -1, k2p63 + 2048}).get(), "chunk"));
+  // Too few bytes for even one double: nothing is read past the data.
+  EXPECT_MSGID(getChunkSizeRow(array<std::uint8_t>({0xFF, 0xFF}).get(), "chunk"), kBadRow,
+               args("chunk"));
+}
+
+TEST(FileMode, NamesNumbersAndRefusals) {
+  EXPECT_EQ(NC_NOCLOBBER, getFileMode(charRow("nc_noclobber").get()));
+  EXPECT_EQ(NC_NETCDF4, getFileMode(charRow("NetCDF4").get()));
+  EXPECT_MSGID(getFileMode(charRow("Nc_Foo ").get()), "QUARNA:imagesci:netcdf:unrecognizedFileMode",
+               args("NC_FOO "));
+  EXPECT_EQ(512, getFileMode(array<double>({512.9, 1}).get()));
+  EXPECT_MSGID(getFileMode(scalar<float>(4).get()), "QUARNA:imagesci:netcdf:badModeDatatype",
+               args());
+  // Emptiness is looked at before the class.
+  EXPECT_MSGID(getFileMode(zeros(qvLOGICAL_CLASS, {0, 3}).get()),
+               "QUARNA:imagesci:netcdf:argumentIsEmptySet", args("MODE"));
+  EXPECT_MSGID(getFileMode(zeros(qvCHAR_CLASS, {2, 3}).get()),
+               "QUARNA:imagesci:netcdf:argumentWasNotChar", args("file mode"));
+}
+
+TEST(CheckStatus, RemoteRunsAndFormatLimits) {
+  const OperationRow row{0, "op", 0, nullptr};
+  EXPECT_NO_THROW(checkStatus(NC_NOERR, row));
+  const char* dap = "QUARNA:imagesci:netcdf:librarydapFailure";
+  const char* library = "QUARNA:imagesci:netcdf:libraryFailure";
+  // Both remote-access runs at their ends, and just outside them.
+  for (const auto& [id, statuses] : {std::pair{dap, std::vector{-75, -70, -68, -66}},
+                                     std::pair{library, std::vector{-76, -69, -65, -1, 2}}})
+    for (const int status : statuses)
+      EXPECT_MSGID(checkStatus(status, row), id,
+                   args("op", errorName(status), netcdfMessage(status)));
+  EXPECT_EQ("Not a valid ID", netcdfMessage(NC_EBADID));
+  EXPECT_EQ(nc_strerror(2), netcdfMessage(2));
+  EXPECT_MSGID(checkStatus(NC_EVARSIZE, row), "QUARNA:imagesci:netcdf:formatConstraintsViolation",
+               args());
+}
+
+TEST(RowMeaning, ReadFromNames) {
+  constexpr auto V = Target::Variable, A = Target::Attribute;
+  constexpr auto None = Access::None, Get = Access::Get, Put = Access::Put;
+  const struct {
+    std::string_view name;
+    RowMeaning meaning;
+  } cases[] = {
+      {"getVar1Short", {Get, V, Form::One, DataKind::Short, DataInput::Plain}},
+      {"putVarText", {Put, V, Form::Whole, DataKind::Text, DataInput::Bytes}},
+      {"putVar1UInt64", {Put, V, Form::One, DataKind::Uint64, DataInput::Plain}},
+      {"putVarsString", {Put, V, Form::Strided, DataKind::String, DataInput::Strings}},
+      {"putVaraVlen", {Put, V, Form::Block, DataKind::Vlen, DataInput::Vlen}},
+      {"putAttText", {Put, A, Form::Whole, DataKind::Text, DataInput::Plain}},
+      {"putAtt", {Put, A, Form::Whole, std::nullopt, DataInput::OwnType}},
+      {"defVarFill", {None, V, Form::Whole, std::nullopt, DataInput::Vlen}},
+      {"inqVar", {}},
+      {"getChunkCache", {}},
+      {"getVarDoubles", {}},
+  };
+  for (const auto& c : cases) {
+    const RowMeaning m = meaningOf(c.name), e = c.meaning;
+    EXPECT_EQ(std::tie(e.access, e.target, e.form, e.kind, e.data),
+              std::tie(m.access, m.target, m.form, m.kind, m.data))
+        << c.name;
+  }
+}
+
+}  // namespace
