@@ -67,6 +67,7 @@
 %!   for m = 1:3
 %!     netcdflib ('insertEnum', nc, t(k), sprintf ('m%d', m), values{k}(m));
 %!   end
+%!   netcdflib ('insertEnum', nc, t(k), 'four', 4);
 %!   v(k) = netcdflib ('defVar', nc, sprintf ('v%d', k), t(k), d);
 %!   f(k) = netcdflib ('defVar', nc, sprintf ('f%d', k), t(k), d(1));
 %!   netcdflib ('putAtt', nc, f(k), '_FillValue', t(k), values{k}(3));
@@ -139,15 +140,17 @@
 %! netcdflib ('putAtt', nc, 1, 'tag', blob_t, uint8 (1:10)');
 %! vv = netcdflib ('defVar', nc, 'ov', netcdflib ('defVlen', nc, 'obsv_t', obs_t), 0);
 %! netcdflib ('putVar', nc, vv, {obs; one; one});
+%! vs = netcdflib ('defVar', nc, 's', p ('NC_STRING'), 0);
+%! netcdflib ('putVar', nc, vs, {'alpha'; ''; 'b'});
 %! netcdflib ('close', nc);
 %! nc = netcdflib ('open', file, 'NC_NOWRITE');
 %! ends = netcdflib ('getVars', nc, 2, 0, 2, 2);
 %! first = netcdflib ('getAtt', nc, 2, 'first');
 %! expect_same (flat ({ends.s, ends.lab, netcdflib('getVar1', nc, 2, 1), netcdflib('getVar', nc, 1), ...
 %!   netcdflib('getVara', nc, 1, 1, 1), netcdflib('getVar', nc, vv), first.s, first.lab, ...
-%!   netcdflib('getAtt', nc, 1, 'tag')}), flat ({obs.s(:, [1 3]), obs.lab([1 3]), one, ...
+%!   netcdflib('getAtt', nc, 1, 'tag'), netcdflib('getVar', nc, vs)}), flat ({obs.s(:, [1 3]), obs.lab([1 3]), one, ...
 %!   uint8([1:5; 10:14; 6:10]'), uint8(10:14)', {obs; one; one}, reshape(obs.s, 4, 1, 3), obs.lab', ...
-%!   reshape(uint8 (1:10), 5, 1, 2)}));
+%!   reshape(uint8 (1:10), 5, 1, 2), {'alpha'; char(zeros(1, 0)); 'b'}}));
 %! netcdflib ('close', nc);
 
 ## python3-netcdf4, both ways, on enum and compound data: it writes py.nc and reads ours.nc.
