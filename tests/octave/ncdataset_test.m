@@ -210,20 +210,6 @@
 %! ro.close ();
 %! expect_error (failure_of (@() ds.read ('v')), 'ncdataset:closed', 'errors.nc');
 
-## A URL netCDF-C opens (NCZarr in a directory): created, written, read and shown as
-## ncdump shows it.
-%!test
-%! url = ['file://' fullfile(work, 'store.zarr') '#mode=nczarr,file'];
-%! ds = ncdataset (url, 'c');
-%! ds.defineDimension ('x', 3);
-%! ds.defineVariable ('v', 'int16', {'x'}, 'Attributes', {'scale_factor', 0.5});
-%! ds.write ('v', [1 2 NaN]);
-%! ds.close ();
-%! ds = ncdataset (url);
-%! [x, m] = ds.read ('v');
-%! expect_same ({x, m, evalc('disp (ds)')}, {[1; 2; NaN], [false; false; true], ncdump('-h', url)}, 'zarr');
-%! ds.close ();
-
 ## Enum, opaque and compound variables and attributes read in their own form, whole and
 ## by subset, as netcdflib's untyped rows give them, not decoded; the same forms written.
 %!test

@@ -29,8 +29,8 @@
 %!endfunction
 
 ## Every atomic type NCZarr has, in a nested group, chunked, with fill values and
-## attributes of its own type: written, reopened and read back, then changed in place.
-## Pure Zarr stores also read the same in python3-zarr (netCDF-C 4.9.0 declares chars "<U1",
+## attributes of its own type: written, reopened and read back, then changed in place;
+## pure Zarr stores read the same in python3-zarr afterwards (netCDF-C 4.9.0 declares chars "<U1",
 ## four bytes each, but stores one byte each, so python3-zarr cannot read those).
 %!test
 %! types = {'NC_DOUBLE', 'Double', 'double';  'NC_FLOAT', 'Float', 'single';
@@ -55,27 +55,24 @@
 %!     netcdflib (['putVara' fn], h, v, [0 0], [4 2], data(:, 1:2));
 %!   end
 %!   netcdflib ('close', nc);
-%!   for pass = 1:2
-%!     nc = netcdflib ('open', url (name, mode{1}), p ('NC_WRITE'));
-%!     h = netcdflib ('inqNcid', netcdflib ('inqNcid', nc, 'g'), 'h');
-%!     for k = 1:rows (types)
-%!       [nct, fn, cls] = types{k, :};
-%!       want = sample_values (cls, k);
-%!       want(2, 3) = want(1, 1) * (pass == 2) + 42 * (pass == 1);
-%!       v = netcdflib ('inqVarID', h, ['v' fn]);
-%!       [~, sizes] = netcdflib ('inqVarChunking', h, v);
-%!       [nofill, fill] = netcdflib ('inqVarFill', h, v);
-%!       [xtype, len] = netcdflib ('inqAtt', h, v, 'a');
-%!       expect_same ({netcdflib(['getVar' fn], h, v), netcdflib(['getVara' fn], h, v, [1 0], [2 3]), ...
-%!         double(sizes), nofill, fill, double(netcdflib(['getAtt' fn], h, v, 'a')(:)'), ...
-%!         double(netcdflib(['getAtt' fn], nc, -1, ['g' fn]))}, {want, want(2:3, :), [2 2], false, ...
-%!         cast(42, cls), double('abc'), k}, sprintf ('%s %s pass %d', mode{1}, nct, pass));
-%!       ## Pure Zarr keeps no attribute types: netCDF-C infers them from the JSON.
-%!       assert (strcmp (mode{1}, 'zarr,file') || isequal ([xtype len], [p(nct) 3]), nct);
-%!       netcdflib (['putVar1' regexprep(fn, '^Ui', 'UI')], h, v, [1 2], want(1, 1));
-%!     end
-%!     netcdflib ('close', nc);
+%!   nc = netcdflib ('open', url (name, mode{1}), p ('NC_WRITE'));
+%!   h = netcdflib ('inqNcid', netcdflib ('inqNcid', nc, 'g'), 'h');
+%!   for k = 1:rows (types)
+%!     [nct, fn, cls] = types{k, :};
+%!     want = sample_values (cls, k);
+%!     v = netcdflib ('inqVarID', h, ['v' fn]);
+%!     [~, sizes] = netcdflib ('inqVarChunking', h, v);
+%!     [nofill, fill] = netcdflib ('inqVarFill', h, v);
+%!     [xtype, len] = netcdflib ('inqAtt', h, v, 'a');
+%!     expect_same ({netcdflib(['getVar' fn], h, v), netcdflib(['getVara' fn], h, v, [1 0], [2 3]), ...
+%!       double(sizes), nofill, fill, double(netcdflib(['getAtt' fn], h, v, 'a')(:)'), ...
+%!       double(netcdflib(['getAtt' fn], nc, -1, ['g' fn]))}, {want, want(2:3, :), [2 2], false, ...
+%!       cast(42, cls), double('abc'), k}, sprintf ('%s %s', mode{1}, nct));
+%!     ## Pure Zarr keeps no attribute types: netCDF-C infers them from the JSON.
+%!     assert (strcmp (mode{1}, 'zarr,file') || isequal ([xtype len], [p(nct) 3]), nct);
+%!     netcdflib (['putVar1' regexprep(fn, '^Ui', 'UI')], h, v, [1 2], want(1, 1));
 %!   end
+%!   netcdflib ('close', nc);
 %! end
 %! arrays = jsondecode (zarr_python ('dump', fullfile (work, 'zarr.zarr')));
 %! expect_same (sort ({arrays.path}), sort (strcat ('g/h/v', types(:, 2)')), 'python3-zarr arrays');
