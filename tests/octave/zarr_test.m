@@ -29,9 +29,10 @@
 %!endfunction
 
 ## Every atomic type NCZarr has, in a nested group, chunked, with fill values and
-## attributes of its own type: written, reopened and read back, then changed in place;
-## pure Zarr stores read the same in python3-zarr afterwards (netCDF-C 4.9.0 declares chars "<U1",
-## four bytes each, but stores one byte each, so python3-zarr cannot read those).
+## attributes of its own type, its data written as soon as it is defined: reopened and read
+## back, then changed in place; pure Zarr stores read the same in python3-zarr afterwards
+## (netCDF-C 4.9.0 declares chars "<U1", four bytes each, but stores one byte each, so
+## python3-zarr cannot read those).
 %!test
 %! types = {'NC_DOUBLE', 'Double', 'double';  'NC_FLOAT', 'Float', 'single';
 %!          'NC_INT64', 'Int64', 'int64';  'NC_UINT64', 'Uint64', 'uint64';
