@@ -53,7 +53,10 @@
 
 ## Written here with CF attributes, read there: NaN becomes the fill value (or netCDF's
 ## default fill), values are packed rounding to nearest, _Unsigned bytes keep their bits.
-## Cases: name, written, python3-netcdf4's values (missing ones 0).
+## Packing refuses what the stored type cannot hold, naming the variable, and writes
+## nothing; without encoding the values go to the file as they are; without a fill value
+## of its own, NaN in an integer variable is the default fill.
+## Cases: name, written, python3-netcdf4's values (missing ones 0); bad: refused writes.
 %!test
 %! for f = {'netcdf4', 'classic'}
 %!   file = fullfile (work, ['oct-' f{1} '.nc']);
@@ -64,6 +67,7 @@
 %!   ds.defineVariable ('packed32', 'int16', {'x'}, 'Attributes', {'scale_factor', single(0.5), 'add_offset', single(1)});
 %!   ds.defineVariable ('ubytes', 'int8', {'x'}, 'FillValue', int8 (-1), 'Attributes', {'_Unsigned', 'true'});
 %!   ds.defineVariable ('floats', 'single', {'x'});
+%!   ds.defineVariable ('i', 'int32', {'x'});
 %!   cases = {'packed', [20 NaN 20.004 20.006 -307.68 347.67], [20 0 20 20.01 -307.68 347.67];
 %!     'packed32', single([1 1.5 NaN -2 3.24 3.26]), single([1 1.5 0 -2 3 3.5]);
 %!     'ubytes', uint8([0 128 254 200 1 127]), uint8([0 128 254 200 1 127]);
@@ -71,9 +75,19 @@
 %!   for k = 1:rows (cases)
 %!     ds.write (cases{k, 1:2});
 %!   end
+%!   bad = {'packed', [1 400], {}; 'packed', [-328 0], {}; 'ubytes', [256 0], {}; 'ubytes', [-1 0], {};
+%!          'i', [2^31 0], {}; 'i', [-2^31-1 0], {}; 'packed', [-5 40000], {'encode', false}};
+%!   for k = 1:rows (bad)
+%!     try
+%!       ds.write (bad{k, 1:2}, bad{k, 3}{:});
+%!       error ('writing %s to %s: no error', mat2str (bad{k, 2}), bad{k, 1});
+%!     catch err
+%!       expect_error (err, 'ncdataset:outOfRange', ['"' bad{k, 1} '"']);
+%!     end
+%!   end
 %!   ds.close ();
 %!   ref = decoded_by_python (file);
-%!   ds = ncdataset (file);
+%!   ds = ncdataset (file, 'a');
 %!   for k = 1:rows (cases)
 %!     [name, written, want] = cases{k, :};
 %!     e = ref.(name);
@@ -85,36 +99,13 @@
 %!   end
 %!   expect_same ({ds.read('packed', 'Decode', false)', ds.read('packed32', 'Decode', false)'}, ...
 %!     {int16([0 -999 0 1 -32768 32767]), int16([0 1 netcdflib('parameter', 'NC_FILL_SHORT') -6 4 5])}, 'raw');
+%!   ds.write ('packed', [-5 32767], 'encode', false);
+%!   ds.write ('i', [NaN 7]);
+%!   [x, m] = ds.read ('i', 1, 2);
+%!   expect_same ({ds.read('packed', 1, 2, 'Decode', false), ds.read('packed', 1, 2), [x m]}, ...
+%!     {int16([-5; 32767]), [19.95; 347.67], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0]}, 'written');
 %!   ds.close ();
 %! end
-
-## Packing refuses what the stored type cannot hold, naming the variable, and writes
-## nothing; without encoding the values go to the file as they are; without a fill value
-## of its own, NaN in an integer variable is the default fill.
-%!test
-%! ds = ncdataset (fullfile (work, 'range.nc'), 'c');
-%! ds.defineDimension ('x', 2);
-%! ds.defineVariable ('p', 'int16', {'x'}, 'Attributes', {'scale_factor', 0.01, 'add_offset', 20});
-%! ds.defineVariable ('u', 'int8', {'x'}, 'Attributes', {'_Unsigned', 'true'});
-%! ds.defineVariable ('i', 'int32', {'x'});
-%! ds.write ('p', [1 2]);
-%! cases = {'p', [1 400], {}; 'p', [-328 0], {}; 'u', [256 0], {}; 'u', [-1 0], {};
-%!          'i', [2^31 0], {}; 'i', [-2^31-1 0], {}; 'p', [-5 40000], {'encode', false}};
-%! for k = 1:rows (cases)
-%!   try
-%!     ds.write (cases{k, 1:2}, cases{k, 3}{:});
-%!     error ('writing %s to %s: no error', mat2str (cases{k, 2}), cases{k, 1});
-%!   catch err
-%!     expect_error (err, 'ncdataset:outOfRange', ['"' cases{k, 1} '"']);
-%!   end
-%! end
-%! assert (max (abs (ds.read ('p') - [1; 2])) < 1e-12);
-%! ds.write ('p', [-5 32767], 'encode', false);
-%! ds.write ('i', [NaN 7]);
-%! [x, m] = ds.read ('i');
-%! expect_same ({ds.read('p', 'Decode', false), ds.read('p'), [x m]}, ...
-%!   {int16([-5; 32767]), [19.95; 347.67], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0]}, 'written');
-%! ds.close ();
 
 ## The decode kernel at the edges of its types: 64-bit fill values exactly, attributes of
 ## the signed twin taken bit for bit, bounds that exclude everything, NaN as missing in
