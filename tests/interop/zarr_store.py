@@ -35,7 +35,8 @@ def dump(path):
 
 
 def write(path, codec):
-    extra = {} if codec == 'blosc' else {'compressor': numcodecs.Zlib(level=1) if codec == 'zlib' else None}
+    extra = {} if codec == 'blosc' else {
+        'compressor': numcodecs.Zlib(level=1) if codec == 'zlib' else None}
     root = zarr.open_group(path, mode='w')
     root.attrs.update(title='written by python3-zarr', version=3)
     group = root.create_group('g').create_group('h')

@@ -5,7 +5,8 @@
 %! work = work_dir ();
 
 %!function out = cf_python (varargin)
-%!  script = fullfile (fileparts (file_in_loadpath ('ncdataset_cf_test.m')), '..', 'interop', 'cf_reference.py');
+%!  script = fullfile (fileparts (file_in_loadpath ('ncdataset_cf_test.m')), '..', 'interop', ...
+%!                     'cf_reference.py');
 %!  [status, out] = system (['/usr/bin/python3 "' script '"' sprintf(' "%s"', varargin{:})]);
 %!  assert (status, 0, out);
 %!endfunction
@@ -16,8 +17,9 @@
 %!  r = struct ();
 %!  for line = strsplit (strtrim (cf_python ('dump', file)), "\n")
 %!    f = strsplit (line{1}, '|');
-%!    r.(f{1}) = struct ('class', strrep (strrep (f{2}, 'float64', 'double'), 'float32', 'single'), ...
-%!                       'mask', str2double (strsplit (f{3})) == 1, 'values', str2double (strsplit (f{4})));
+%!    cls = strrep (strrep (f{2}, 'float64', 'double'), 'float32', 'single');
+%!    r.(f{1}) = struct ('class', cls, 'mask', str2double (strsplit (f{3})) == 1, ...
+%!                       'values', str2double (strsplit (f{4})));
 %!  end
 %!endfunction
 
@@ -44,7 +46,8 @@
 %!     [raw, none] = ds.read (name{1}, 'decode', false);
 %!     n = ndims (x) - isvector (x);
 %!     [part, pm] = ds.read (name{1}, [2 1](1:n), [Inf 1](1:n));
-%!     expect_same ({ds.read(name{1}), any(none(:)), part, pm}, {x, false, x(2:end, 1), m(2:end, 1)}, where);
+%!     expect_same ({ds.read(name{1}), any(none(:)), part, pm}, ...
+%!                  {x, false, x(2:end, 1), m(2:end, 1)}, where);
 %!     assert (isinteger (raw) || any (strcmp (name{1}, {'float_missing', 'valid_min_max'})), ...
 %!             '%s: raw class %s', where, class (raw));
 %!   end
@@ -64,8 +67,10 @@
 %!   ds.defineDimension ('x', 6);
 %!   ds.defineVariable ('packed', 'int16', {'x'}, 'FillValue', int16 (-999), ...
 %!                      'Attributes', {'scale_factor', 0.01, 'add_offset', 20});
-%!   ds.defineVariable ('packed32', 'int16', {'x'}, 'Attributes', {'scale_factor', single(0.5), 'add_offset', single(1)});
-%!   ds.defineVariable ('ubytes', 'int8', {'x'}, 'FillValue', int8 (-1), 'Attributes', {'_Unsigned', 'true'});
+%!   ds.defineVariable ('packed32', 'int16', {'x'}, ...
+%!                      'Attributes', {'scale_factor', single(0.5), 'add_offset', single(1)});
+%!   ds.defineVariable ('ubytes', 'int8', {'x'}, 'FillValue', int8 (-1), ...
+%!                      'Attributes', {'_Unsigned', 'true'});
 %!   ds.defineVariable ('floats', 'single', {'x'});
 %!   ds.defineVariable ('i', 'int32', {'x'});
 %!   cases = {'packed', [20 NaN 20.004 20.006 -307.68 347.67], [20 0 20 20.01 -307.68 347.67];
@@ -75,8 +80,9 @@
 %!   for k = 1:rows (cases)
 %!     ds.write (cases{k, 1:2});
 %!   end
-%!   bad = {'packed', [1 400], {}; 'packed', [-328 0], {}; 'ubytes', [256 0], {}; 'ubytes', [-1 0], {};
-%!          'i', [2^31 0], {}; 'i', [-2^31-1 0], {}; 'packed', [-5 40000], {'encode', false}};
+%!   bad = {'packed', [1 400], {}; 'packed', [-328 0], {}; 'ubytes', [256 0], {};
+%!          'ubytes', [-1 0], {}; 'i', [2^31 0], {}; 'i', [-2^31-1 0], {};
+%!          'packed', [-5 40000], {'encode', false}};
 %!   for k = 1:rows (bad)
 %!     try
 %!       ds.write (bad{k, 1:2}, bad{k, 3}{:});
@@ -98,12 +104,14 @@
 %!     expect_decoded (x, m, e, [f{1} ' ' name ' read here']);
 %!   end
 %!   expect_same ({ds.read('packed', 'Decode', false)', ds.read('packed32', 'Decode', false)'}, ...
-%!     {int16([0 -999 0 1 -32768 32767]), int16([0 1 netcdflib('parameter', 'NC_FILL_SHORT') -6 4 5])}, 'raw');
+%!     {int16([0 -999 0 1 -32768 32767]), ...
+%!      int16([0 1 netcdflib('parameter', 'NC_FILL_SHORT') -6 4 5])}, 'raw');
 %!   ds.write ('packed', [-5 32767], 'encode', false);
 %!   ds.write ('i', [NaN 7]);
 %!   [x, m] = ds.read ('i', 1, 2);
 %!   expect_same ({ds.read('packed', 1, 2, 'Decode', false), ds.read('packed', 1, 2), [x m]}, ...
-%!     {int16([-5; 32767]), [19.95; 347.67], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0]}, 'written');
+%!     {int16([-5; 32767]), [19.95; 347.67], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0]}, ...
+%!     'written');
 %!   ds.close ();
 %! end
 
@@ -115,7 +123,8 @@
 %! big = intmax ('int64') - 1;
 %! cases = {
 %!   [big; big - 1; 0], false, {big}, [], [], [], [], [big; big - 1; 0], [1; 0; 0];
-%!   [intmax('uint64') - 1; 5], false, {intmax('uint64') - 1}, [], [], [], [], [intmax('uint64') - 1; 5], [1; 0];
+%!   [intmax('uint64') - 1; 5], false, {intmax('uint64') - 1}, [], [], [], [], ...
+%!     [intmax('uint64') - 1; 5], [1; 0];
 %!   int16([-1; 1; -2]), true, {int16(-1)}, [], [], [], [], uint16([65535; 1; 65534]), [1; 0; 0];
 %!   int32([-1; 7]), true, {}, [], int32(-2), [], [], uint32([2^32 - 1; 7]), [1; 0];
 %!   int8([1; 2; 3]), false, {}, 2.5, 2.5, [], [], int8([1; 2; 3]), [1; 1; 1];
@@ -131,8 +140,8 @@
 %!   zeros(0, 3, 'int16'), false, {int16(0)}, [], [], 2, [], zeros(0, 3), false(0, 3)};
 %! for k = 1:rows (cases)
 %!   [x, m] = __ncdataset_decode__ (cases{k, 1:7});
-%!   expect_same ({x, m, __ncdataset_decode__(cases{k, 1:7})}, {cases{k, 8}, logical(cases{k, 9}), x}, ...
-%!                sprintf ('case %d', k));
+%!   expect_same ({x, m, __ncdataset_decode__(cases{k, 1:7})}, ...
+%!                {cases{k, 8}, logical(cases{k, 9}), x}, sprintf ('case %d', k));
 %! end
 %! stored = int16 ([1 2; 3 4]);
 %! x = __ncdataset_decode__ (stored, true, {int16(1)}, [], [], 2, 1);
