@@ -12,58 +12,49 @@ import sys
 import netCDF4
 import numpy as np
 
-
-def variables(fmt):
-    """(name, stored dtype, file dims, attributes, raw values) of each test variable."""
-    classic = fmt.startswith('NETCDF3') or fmt == 'NETCDF4_CLASSIC'
-    v = []
-    # Packed shorts: fill value, a missing_value list beside it, doubles and singles.
-    v.append(('packed', 'i2', ('t', 'x'),
-              {'scale_factor': 0.01, 'add_offset': 20.0, '_FillValue': np.int16(-999)},
-              [[-999, 0, 1, -1, 32767, -32768], [12345, -999, 7, 100, -100, 2]]))
-    v.append(('packed32', 'i2', ('t', 'x'),
-              {'scale_factor': np.float32(0.25), 'add_offset': np.float32(-3.5),
-               'missing_value': np.int16([5, 6])},
-              [[5, 6, 7, 8, 9, -4], [0, 1, 2, 3, 4, 5]]))
-    v.append(('scaled_only', 'i4', ('x',), {'scale_factor': 1e-3},
-              [1, -2, 300000, 0, 7, 2147483647]))
-    # _Unsigned bytes: stored signed, read unsigned; the fill value's bits count.
-    v.append(('ubytes', 'i1', ('t', 'x'), {'_Unsigned': 'true', '_FillValue': np.int8(-1)},
-              [[-1, -128, 127, 0, -2, 5], [1, 2, 3, -3, -1, 100]]))
-    v.append(('ubytes_packed', 'i1', ('x',),
-              {'_Unsigned': 'true', 'scale_factor': 0.5, 'valid_max': np.int8(-56)},
-              [-56, -55, -1, 0, 10, -128]))
-    # missing_value lists and valid ranges.
-    v.append(('missing_list', 'i4', ('x',), {'missing_value': np.int32([-1, -2, 99])},
-              [-1, -2, 99, 98, 0, 3]))
-    v.append(('float_missing', 'f4', ('x',),
-              {'_FillValue': np.float32(-1), 'missing_value': np.float32([1e20, 7.5])},
-              [-1, 1e20, 7.5, 0.5, 2.25, 3]))
-    v.append(('valid_range', 'i2', ('t', 'x'), {'valid_range': np.int16([0, 100])},
-              [[-1, 0, 50, 100, 101, 3], [4, 5, 200, -200, 99, 1]]))
-    v.append(('valid_min_max', 'f8', ('x',), {'valid_min': -5.0, 'valid_max': 5.0},
-              [-5.0, -5.5, 4.999, 5.0, 5.01, 0]))
-    v.append(('valid_packed', 'i2', ('x',),
-              {'valid_min': np.int16(-10), 'scale_factor': 2.0, 'add_offset': 1.0,
-               '_FillValue': np.int16(30)},
-              [-11, -10, 30, 29, 31, 0]))
-    if not classic:
-        v.append(('ushort_fill', 'u2', ('x',), {'_FillValue': np.uint16(65000),
-                                                 'scale_factor': np.float32(0.5)},
-                  [65000, 65535, 0, 1, 2, 3]))
-    return v
+# name: (stored dtype, file dims, attributes, raw values). Packed shorts with a fill value
+# or a missing_value list, in double and single; _Unsigned bytes, whose fill value's bits
+# count; missing_value lists, valid ranges and bounds, alone and with packing.
+VARIABLES = {
+    'packed': ('i2', ('t', 'x'),
+               {'scale_factor': 0.01, 'add_offset': 20.0, '_FillValue': np.int16(-999)},
+               [[-999, 0, 1, -1, 32767, -32768], [12345, -999, 7, 100, -100, 2]]),
+    'packed32': ('i2', ('t', 'x'),
+                 {'scale_factor': np.float32(0.25), 'add_offset': np.float32(-3.5),
+                  'missing_value': np.int16([5, 6])},
+                 [[5, 6, 7, 8, 9, -4], [0, 1, 2, 3, 4, 5]]),
+    'scaled_only': ('i4', ('x',), {'scale_factor': 1e-3}, [1, -2, 300000, 0, 7, 2147483647]),
+    'ubytes': ('i1', ('t', 'x'), {'_Unsigned': 'true', '_FillValue': np.int8(-1)},
+               [[-1, -128, 127, 0, -2, 5], [1, 2, 3, -3, -1, 100]]),
+    'ubytes_packed': ('i1', ('x',),
+                      {'_Unsigned': 'true', 'scale_factor': 0.5, 'valid_max': np.int8(-56)},
+                      [-56, -55, -1, 0, 10, -128]),
+    'missing_list': ('i4', ('x',), {'missing_value': np.int32([-1, -2, 99])},
+                     [-1, -2, 99, 98, 0, 3]),
+    'float_missing': ('f4', ('x',),
+                      {'_FillValue': np.float32(-1), 'missing_value': np.float32([1e20, 7.5])},
+                      [-1, 1e20, 7.5, 0.5, 2.25, 3]),
+    'valid_range': ('i2', ('t', 'x'), {'valid_range': np.int16([0, 100])},
+                    [[-1, 0, 50, 100, 101, 3], [4, 5, 200, -200, 99, 1]]),
+    'valid_min_max': ('f8', ('x',), {'valid_min': -5.0, 'valid_max': 5.0},
+                      [-5.0, -5.5, 4.999, 5.0, 5.01, 0]),
+    'valid_packed': ('i2', ('x',), {'valid_min': np.int16(-10), 'scale_factor': 2.0,
+                                    'add_offset': 1.0, '_FillValue': np.int16(30)},
+                     [-11, -10, 30, 29, 31, 0]),
+    'ushort_fill': ('u2', ('x',), {'_FillValue': np.uint16(65000), 'scale_factor': np.float32(0.5)},
+                    [65000, 65535, 0, 1, 2, 3]),
+}
 
 
 def write(path, fmt):
     d = netCDF4.Dataset(path, 'w', format=fmt)
     d.createDimension('t', 2)
     d.createDimension('x', 6)
-    for name, dtype, dims, atts, raw in variables(fmt):
-        fill = atts.get('_FillValue')
-        var = d.createVariable(name, dtype, dims, fill_value=fill)
-        for key, value in atts.items():
-            if key != '_FillValue':
-                var.setncattr(key, value)
+    for name, (dtype, dims, atts, raw) in VARIABLES.items():
+        if dtype == 'u2' and fmt != 'NETCDF4':
+            continue
+        var = d.createVariable(name, dtype, dims, fill_value=atts.get('_FillValue'))
+        var.setncatts({k: v for k, v in atts.items() if k != '_FillValue'})
         var.set_auto_maskandscale(False)
         var[...] = np.array(raw).astype(dtype)
     d.close()
@@ -73,10 +64,9 @@ def dump(path):
     d = netCDF4.Dataset(path)
     for name, var in d.variables.items():
         data = var[...]
-        mask = np.ma.getmaskarray(data).ravel()
-        values = np.ma.filled(data, 0).ravel()
-        print('%s|%s|%s|%s' % (name, values.dtype, ' '.join('1' if m else '0' for m in mask),
-                               ' '.join('%.17g' % x for x in values)))
+        mask = ' '.join('%d' % m for m in np.ma.getmaskarray(data).ravel())
+        values = ' '.join('%.17g' % x for x in np.ma.filled(data, 0).ravel())
+        print('%s|%s|%s|%s' % (name, data.dtype, mask, values))
     d.close()
 
 

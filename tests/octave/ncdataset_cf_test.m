@@ -1,73 +1,65 @@
 ## CF decoding and encoding of ncdataset against python3-netcdf4: the files it writes read
 ## here as it reads them, and what is written here reads there as intended.
 
-%!shared work, formats
+%!shared work
 %! work = work_dir ();
-%! formats = {'NETCDF4', 'NETCDF4_CLASSIC', 'NETCDF3_CLASSIC', 'NETCDF3_64BIT_OFFSET'};
 
-%!function out = python (varargin)
-%!  script = fullfile (fileparts (file_in_loadpath ('ncdataset_cf_test.m')), '..', ...
-%!                     'interop', 'cf_reference.py');
+%!function out = cf_python (varargin)
+%!  script = fullfile (fileparts (file_in_loadpath ('ncdataset_cf_test.m')), '..', 'interop', ...
+%!                     'cf_reference.py');
 %!  [status, out] = system (['/usr/bin/python3 "' script '"' sprintf(' "%s"', varargin{:})]);
 %!  assert (status, 0, out);
 %!endfunction
 
-## python's decoded values by variable name: Octave class, mask, values (masked ones 0).
+## python3-netcdf4's decoded values by variable name: Octave class, mask, values (masked
+## ones 0).
 %!function r = decoded_by_python (file)
 %!  r = struct ();
-%!  classes = struct ('float64', 'double', 'float32', 'single');
-%!  for line = strsplit (strtrim (python ('dump', file)), "\n")
+%!  for line = strsplit (strtrim (cf_python ('dump', file)), "\n")
 %!    f = strsplit (line{1}, '|');
-%!    cls = f{2};
-%!    if (isfield (classes, cls))
-%!      cls = classes.(cls);
-%!    end
-%!    r.(f{1}) = struct ('class', cls, 'mask', str2double (strsplit (f{3}, ' ')) == 1, ...
-%!                       'values', str2double (strsplit (f{4}, ' ')));
+%!    cls = strrep (strrep (f{2}, 'float64', 'double'), 'float32', 'single');
+%!    r.(f{1}) = struct ('class', cls, 'mask', str2double (strsplit (f{3})) == 1, ...
+%!                       'values', str2double (strsplit (f{4})));
 %!  end
-%!  r = orderfields (r);
 %!endfunction
 
 %!function expect_decoded (x, m, e, where)
-%!  expect_same (class (x), e.class, [where ' class']);
-%!  expect_same (m(:)', e.mask, [where ' mask']);
-%!  expect_same (double (x(! m))', e.values(! e.mask), [where ' values']);
-%!  if (isfloat (x))
-%!    assert (all (isnan (x(m))), '%s: a missing element is not NaN', where);
-%!  end
+%!  expect_same ({class(x), m(:)', double(x(! m))'}, {e.class, e.mask, e.values(! e.mask)}, where);
+%!  assert (! isfloat (x) || all (isnan (x(m))), '%s: a missing element is not NaN', where);
 %!endfunction
 
 ## Files python3-netcdf4 writes (packed shorts in double and single, _Unsigned bytes, fill
 ## values beside missing_value lists, valid ranges and bounds) decode here as there, in
-## every format; subsets decode as the same part of the whole.
+## every format; one output gives the same; subsets decode as the same part of the whole;
+## without decoding the stored values come untouched.
 %!test
-%! for f = formats
+%! for f = {'NETCDF4', 'NETCDF4_CLASSIC', 'NETCDF3_CLASSIC', 'NETCDF3_64BIT_OFFSET'}
 %!   file = fullfile (work, ['py-' f{1} '.nc']);
-%!   python ('write', file, f{1});
+%!   cf_python ('write', file, f{1});
 %!   ref = decoded_by_python (file);
 %!   ds = ncdataset (file);
-%!   names = fieldnames (ref);
-%!   expect_same (sort (names), sort ({ds.Variables.Name}'), [f{1} ' variables']);
-%!   for k = 1:numel (names)
-%!     where = [f{1} ' ' names{k}];
-%!     [x, m] = ds.read (names{k});
-%!     expect_decoded (x, m, ref.(names{k}), where);
-%!     expect_same (ds.read (names{k}), x, [where ' one output']);
-%!     ## The stored values, untouched, and a subset of the decoded ones.
-%!     [raw, none] = ds.read (names{k}, 'decode', false);
-%!     assert (! any (none(:)), '%s: missing without decoding', where);
-%!     assert (isinteger (raw) || ! isempty (strfind (names{k}, 'float')) ...
-%!             || ! isempty (strfind (names{k}, 'valid_min')), '%s: raw class %s', where, class (raw));
-%!     [part, pm] = ds.read (names{k}, [2 ones(1, ndims (x) - 1)](1:numel (size (x)) - isvector (x)), ...
-%!                           [Inf ones(1, ndims (x) - 1)](1:numel (size (x)) - isvector (x)));
-%!     expect_same (part, x(2:end, 1), [where ' subset']);
-%!     expect_same (pm, m(2:end, 1), [where ' subset mask']);
+%!   expect_same (sort (fieldnames (ref)), sort ({ds.Variables.Name}'), [f{1} ' variables']);
+%!   for name = fieldnames (ref)'
+%!     where = [f{1} ' ' name{1}];
+%!     [x, m] = ds.read (name{1});
+%!     expect_decoded (x, m, ref.(name{1}), where);
+%!     [raw, none] = ds.read (name{1}, 'decode', false);
+%!     n = ndims (x) - isvector (x);
+%!     [part, pm] = ds.read (name{1}, [2 1](1:n), [Inf 1](1:n));
+%!     expect_same ({ds.read(name{1}), any(none(:)), part, pm}, ...
+%!                  {x, false, x(2:end, 1), m(2:end, 1)}, where);
+%!     assert (isinteger (raw) || any (strcmp (name{1}, {'float_missing', 'valid_min_max'})), ...
+%!             '%s: raw class %s', where, class (raw));
 %!   end
 %!   ds.close ();
 %! end
 
 ## Written here with CF attributes, read there: NaN becomes the fill value (or netCDF's
 ## default fill), values are packed rounding to nearest, _Unsigned bytes keep their bits.
+## Packing refuses what the stored type cannot hold, naming the variable, and writes
+## nothing; without encoding the values go to the file as they are; without a fill value
+## of its own, NaN in an integer variable is the default fill.
+## Cases: name, written, python3-netcdf4's values (missing ones 0); bad: refused writes.
 %!test
 %! for f = {'netcdf4', 'classic'}
 %!   file = fullfile (work, ['oct-' f{1} '.nc']);
@@ -75,85 +67,64 @@
 %!   ds.defineDimension ('x', 6);
 %!   ds.defineVariable ('packed', 'int16', {'x'}, 'FillValue', int16 (-999), ...
 %!                      'Attributes', {'scale_factor', 0.01, 'add_offset', 20});
-%!   ds.defineVariable ('packed32', 'int16', {'x'}, 'Attributes', ...
-%!                      {'scale_factor', single(0.5), 'add_offset', single(1)});
+%!   ds.defineVariable ('packed32', 'int16', {'x'}, ...
+%!                      'Attributes', {'scale_factor', single(0.5), 'add_offset', single(1)});
 %!   ds.defineVariable ('ubytes', 'int8', {'x'}, 'FillValue', int8 (-1), ...
 %!                      'Attributes', {'_Unsigned', 'true'});
 %!   ds.defineVariable ('floats', 'single', {'x'});
-%!   values.packed = [20 NaN 20.004 20.006 -307.68 347.67];
-%!   values.packed32 = single ([1 1.5 NaN -2 3.24 3.26]);
-%!   values.ubytes = uint8 ([0 128 254 200 1 127]);
-%!   values.floats = single ([NaN 1.5 -2 3e38 0 1]);
-%!   for name = fieldnames (values)'
-%!     ds.write (name{1}, values.(name{1}));
+%!   ds.defineVariable ('i', 'int32', {'x'});
+%!   cases = {'packed', [20 NaN 20.004 20.006 -307.68 347.67], [20 0 20 20.01 -307.68 347.67];
+%!     'packed32', single([1 1.5 NaN -2 3.24 3.26]), single([1 1.5 0 -2 3 3.5]);
+%!     'ubytes', uint8([0 128 254 200 1 127]), uint8([0 128 254 200 1 127]);
+%!     'floats', single([NaN 1.5 -2 3e38 0 1]), single([0 1.5 -2 3e38 0 1])};
+%!   for k = 1:rows (cases)
+%!     ds.write (cases{k, 1:2});
+%!   end
+%!   bad = {'packed', [1 400], {}; 'packed', [-328 0], {}; 'ubytes', [256 0], {};
+%!          'ubytes', [-1 0], {}; 'i', [2^31 0], {}; 'i', [-2^31-1 0], {};
+%!          'packed', [-5 40000], {'encode', false}};
+%!   for k = 1:rows (bad)
+%!     try
+%!       ds.write (bad{k, 1:2}, bad{k, 3}{:});
+%!       error ('writing %s to %s: no error', mat2str (bad{k, 2}), bad{k, 1});
+%!     catch err
+%!       expect_error (err, 'ncdataset:outOfRange', ['"' bad{k, 1} '"']);
+%!     end
 %!   end
 %!   ds.close ();
 %!   ref = decoded_by_python (file);
-%!   expected = struct ('packed', [20 0 20 20.01 -307.68 347.67], ...
-%!                      'packed32', single ([1 1.5 0 -2 3 3.5]), ...
-%!                      'ubytes', uint8 ([0 128 254 200 1 127]), 'floats', single ([0 1.5 -2 3e38 0 1]));
-%!   ds = ncdataset (file);
-%!   for name = fieldnames (values)'
-%!     e = ref.(name{1});
-%!     where = [f{1} ' ' name{1}];
-%!     expect_same (e.mask, isnan (double (values.(name{1}))), [where ' python mask']);
-%!     want = double (expected.(name{1}));
-%!     assert (max (abs (e.values - want)) <= 1e-12 * max (abs (want)), ...
-%!             '%s: python read %s', where, mat2str (e.values));
-%!     [x, m] = ds.read (name{1});
-%!     expect_decoded (x, m, e, [where ' read here']);
+%!   ds = ncdataset (file, 'a');
+%!   for k = 1:rows (cases)
+%!     [name, written, want] = cases{k, :};
+%!     e = ref.(name);
+%!     expect_same (e.mask, isnan (double (written)), [f{1} ' ' name ' python mask']);
+%!     assert (max (abs (e.values - double (want))) <= 1e-12 * max (abs (double (want))), ...
+%!             '%s: python read %s', name, mat2str (e.values));
+%!     [x, m] = ds.read (name);
+%!     expect_decoded (x, m, e, [f{1} ' ' name ' read here']);
 %!   end
-%!   expect_same (ds.read ('packed', 'Decode', false)', int16 ([0 -999 0 1 -32768 32767]), 'packed raw');
-%!   expect_same (ds.read ('packed32', 'Decode', false)', ...
-%!                int16 ([0 1 netcdflib('parameter', 'NC_FILL_SHORT') -6 4 5]), 'default fill');
+%!   expect_same ({ds.read('packed', 'Decode', false)', ds.read('packed32', 'Decode', false)'}, ...
+%!     {int16([0 -999 0 1 -32768 32767]), ...
+%!      int16([0 1 netcdflib('parameter', 'NC_FILL_SHORT') -6 4 5])}, 'raw');
+%!   ds.write ('packed', [-5 32767], 'encode', false);
+%!   ds.write ('i', [NaN 7]);
+%!   [x, m] = ds.read ('i', 1, 2);
+%!   expect_same ({ds.read('packed', 1, 2, 'Decode', false), ds.read('packed', 1, 2), [x m]}, ...
+%!     {int16([-5; 32767]), [19.95; 347.67], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0]}, ...
+%!     'written');
 %!   ds.close ();
 %! end
-
-## Packing refuses what the stored type cannot hold, naming the variable; nothing is written.
-%!test
-%! ds = ncdataset (fullfile (work, 'range.nc'), 'c');
-%! ds.defineDimension ('x', 2);
-%! ds.defineVariable ('p', 'int16', {'x'}, 'Attributes', {'scale_factor', 0.01, 'add_offset', 20});
-%! ds.defineVariable ('u', 'int8', {'x'}, 'Attributes', {'_Unsigned', 'true'});
-%! ds.defineVariable ('i', 'int32', {'x'});
-%! ds.write ('p', [1 2]);
-%! cases = {'p', [1 400], 'p'; 'p', [-328 0], 'p'; 'u', [256 0], 'u'; 'u', [-1 0], 'u';
-%!          'i', [2^31 0], 'i'; 'i', [-2^31-1 0], 'i'};
-%! for k = 1:rows (cases)
-%!   try
-%!     ds.write (cases{k, 1}, cases{k, 2});
-%!     error ('writing %s to %s: no error', mat2str (cases{k, 2}), cases{k, 1});
-%!   catch err
-%!     assert (err.identifier, 'ncdataset:outOfRange', err.message);
-%!     expect_error (err, 'ncdataset:outOfRange', ['"' cases{k, 3} '"']);
-%!   end
-%! end
-%! assert (max (abs (ds.read ('p') - [1; 2])) < 1e-12);
-%! ## Without encoding the values go to the file as they are.
-%! ds.write ('p', [-5 32767], 'encode', false);
-%! expect_same (ds.read ('p', 'Decode', false), int16 ([-5; 32767]), 'not encoded');
-%! expect_same (ds.read ('p'), [19.95; 347.67], 'decoded');
-%! try
-%!   ds.write ('p', [-5 40000], 'encode', false);
-%!   error ('no error for 40000 as int16');
-%! catch err
-%!   expect_error (err, 'ncdataset:outOfRange', '"p"');
-%! end
-%! ## Without a fill value of its own, NaN in an integer variable is the default fill.
-%! ds.write ('i', [NaN 7]);
-%! [x, m] = ds.read ('i');
-%! expect_same ([x m], [netcdflib('parameter', 'NC_FILL_INT') 1; 7 0], 'NaN to int');
-%! ds.close ();
 
 ## The decode kernel at the edges of its types: 64-bit fill values exactly, attributes of
 ## the signed twin taken bit for bit, bounds that exclude everything, NaN as missing in
 ## floating point, a result class kept or made single, the stored array left alone.
+## Cases: stored, unsigned, missing, vmin, vmax, scale, offset, result, mask.
 %!test
 %! big = intmax ('int64') - 1;
-%! ## stored, unsigned, missing, vmin, vmax, scale, offset, result, mask
 %! cases = {
 %!   [big; big - 1; 0], false, {big}, [], [], [], [], [big; big - 1; 0], [1; 0; 0];
-%!   [intmax('uint64') - 1; 5], false, {intmax('uint64') - 1}, [], [], [], [], [intmax('uint64') - 1; 5], [1; 0];
+%!   [intmax('uint64') - 1; 5], false, {intmax('uint64') - 1}, [], [], [], [], ...
+%!     [intmax('uint64') - 1; 5], [1; 0];
 %!   int16([-1; 1; -2]), true, {int16(-1)}, [], [], [], [], uint16([65535; 1; 65534]), [1; 0; 0];
 %!   int32([-1; 7]), true, {}, [], int32(-2), [], [], uint32([2^32 - 1; 7]), [1; 0];
 %!   int8([1; 2; 3]), false, {}, 2.5, 2.5, [], [], int8([1; 2; 3]), [1; 1; 1];
@@ -169,12 +140,9 @@
 %!   zeros(0, 3, 'int16'), false, {int16(0)}, [], [], 2, [], zeros(0, 3), false(0, 3)};
 %! for k = 1:rows (cases)
 %!   [x, m] = __ncdataset_decode__ (cases{k, 1:7});
-%!   expect_same (x, cases{k, 8}, sprintf ('case %d', k));
-%!   expect_same (m, logical (cases{k, 9}), sprintf ('case %d mask', k));
-%!   expect_same (__ncdataset_decode__ (cases{k, 1:7}), x, sprintf ('case %d one output', k));
+%!   expect_same ({x, m, __ncdataset_decode__(cases{k, 1:7})}, ...
+%!                {cases{k, 8}, logical(cases{k, 9}), x}, sprintf ('case %d', k));
 %! end
 %! stored = int16 ([1 2; 3 4]);
 %! x = __ncdataset_decode__ (stored, true, {int16(1)}, [], [], 2, 1);
-%! expect_same (stored, int16 ([1 2; 3 4]), 'stored left alone');
-%! expect_same (x, [NaN 5; 7 9], 'scaled 2-D');
-
+%! expect_same ({stored, x}, {int16([1 2; 3 4]), [NaN 5; 7 9]}, 'scaled 2-D, stored left alone');
