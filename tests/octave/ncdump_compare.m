@@ -33,42 +33,40 @@ function counts = compare_one (url, printed_url)
       groups = [groups(2:end), num2cell(netcdflib ('inqGrps', gid))];
       path = regexprep (netcdflib ('inqGrpNameFull', gid), '^/$', '');
       for varid = [-1, netcdflib('inqVarIDs', gid)]
-        if (varid < 0)
-          [~, ~, natts] = netcdflib ('inq', gid);
-          key = [path '/'];
-        else
+        [~, ~, natts] = netcdflib ('inq', gid);
+        key = [path '/'];
+        if (varid >= 0)
           [name, xtype, ~, natts] = netcdflib ('inqVar', gid, varid);
           key = [path '/' name];
-          [v, fill, kind] = read_var (gid, varid, xtype);
-          user = strcmp (kind, 'user');
-          if (strcmp (kind, 'nested'))
-            assert (isKey (printed, key), '%s: ncdump prints no data of %s', url, key);
-            tokens = printed(key);
-            tokens = tokens(! ismember (tokens, {'{', '}'}));
-            assert (numel (tokens) == numel (v) ...
-                    && all (cellfun (@(t, x) equal_tokens ({t}, x, [], false), tokens, v)), ...
-                    '%s: %s differs', url, key);
-            counts([1 4]) += 1;
-            seen{end+1} = key;
-          elseif (! isempty (v) || isKey (printed, key))
-            assert (isKey (printed, key), '%s: ncdump prints no data of %s', url, key);
-            assert (equal_tokens (printed(key), v, fill, user), '%s: %s differs', url, key);
-            counts([1 3]) += [1 user];
+          [v, kind] = value_of (gid, varid, '');
+          ## ncdump prints '_' for the _FillValue attribute's value, else the type's default.
+          fill = [];
+          if (xtype <= 12)
+            fill = netcdflib ('parameter', ['NC_FILL_' upper(regexprep (suffix (xtype), ...
+                              {'^Schar$', '^Text$', '^Uchar$'}, {'Byte', 'Char', 'UByte'}))]);
+          end
+          try
+            fill = value_of (gid, varid, '_FillValue');
+          end
+          if (iscell (fill))
+            fill = fill{1};
+          end
+          if (! isempty (v) || isKey (printed, key))
+            compare (printed, key, v, fill, kind, url);
+            counts([1 3 4]) += [1, strcmp(kind, 'user'), strcmp(kind, 'nested')];
             seen{end+1} = key;
           end
         end
         for a = 0:natts-1
           att = netcdflib ('inqAttName', gid, varid, a);
-          [v, user] = read_att (gid, varid, att);
-          akey = [key ':' att];
-          if (isempty (v) && ! (ischar (v) || iscell (v)))
+          [v, kind] = value_of (gid, varid, att);
+          seen{end+1} = [key ':' att];
+          if (strcmp (kind, 'nested'))
             counts(5) += 1;
           else
-            assert (isKey (printed, akey), '%s: ncdump prints no %s', url, akey);
-            assert (equal_tokens (printed(akey), v, [], user), '%s: %s differs', url, akey);
-            counts([2 3]) += [1 user];
+            compare (printed, seen{end}, v, [], kind, url);
+            counts([2 3]) += [1 strcmp(kind, 'user')];
           end
-          seen{end+1} = akey;
         end
       end
     end
@@ -77,6 +75,19 @@ function counts = compare_one (url, printed_url)
   end_unwind_protect
   missing = setdiff (keys (printed), seen);
   assert (isempty (missing), '%s: ncdump prints %s, not read here', url, strjoin (missing, ', '));
+end
+
+function compare (printed, key, v, fill, kind, url)
+  assert (isKey (printed, key), '%s: ncdump prints no %s', url, key);
+  tokens = printed(key);
+  if (strcmp (kind, 'nested'))
+    tokens = tokens(! ismember (tokens, {'{', '}'}));
+    same = numel (tokens) == numel (v) ...
+           && all (cellfun (@(t, x) equal_tokens ({t}, x, [], 'atomic'), tokens, v));
+  else
+    same = equal_tokens (tokens, v, fill, kind);
+  end
+  assert (same, '%s: %s differs', url, key);
 end
 
 function s = int_text (v)
@@ -88,10 +99,10 @@ function s = int_text (v)
   end
 end
 
-function same = equal_tokens (tokens, v, fill, names)
-  % Whether ncdump's tokens are the values V (fill: what '_' stands for; NAMES: V holds
-  % enum or opaque values as printed).
-  if (names)
+function same = equal_tokens (tokens, v, fill, kind)
+  % Whether ncdump's tokens are the values V (fill: what '_' stands for; KIND 'user': V
+  % holds enum or opaque values as printed).
+  if (strcmp (kind, 'user'))
     tokens(strcmp (tokens, '_')) = {fill};
     same = isequal (tokens(:), v(:));
     return;
@@ -138,31 +149,36 @@ function s = strip_nuls (s)
   s = s(1:find (s != 0, 1, 'last'));
 end
 
-function [v, fill, kind] = read_var (gid, varid, xtype)
-  % KIND: 'atomic', 'user' (enum and opaque, V as printed) or 'nested' (compound and vlen,
-  % V a cell row of leaf values in print order).
-  v = [];  fill = [];  kind = 'atomic';
-  if (xtype > 12)
-    [~, ~, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
-    if (! any (cls == [14 15]))
-      kind = 'nested';
-      v = [leaves(gid, xtype, netcdflib ('getVar', gid, varid)){:}];
-    else
-      kind = 'user';
-      v = printed_values (gid, xtype, netcdflib ('getVar', gid, varid));
-      try
-        fill = read_att (gid, varid, '_FillValue'){1};
-      end
-    end
+function [v, kind] = value_of (gid, varid, att)
+  % A variable's data (ATT empty) or an attribute's value, and its KIND: 'atomic', 'user'
+  % (enum and opaque, V as printed: member names, or 0X and hex bytes) or 'nested'
+  % (compound and vlen, V a cell row of leaf values in print order; not read of attributes).
+  if (isempty (att))
+    [~, xtype] = netcdflib ('inqVar', gid, varid);
+    where = {'Var', gid, varid};
+  else
+    xtype = netcdflib ('inqAtt', gid, varid, att);
+    where = {'Att', gid, varid, att};
+  end
+  kind = 'atomic';
+  if (xtype <= 12)
+    v = netcdflib (['get' where{1} suffix(xtype)], where{2:end});
     return;
   end
-  v = netcdflib (['getVar' suffix(xtype)], gid, varid);
-  ## ncdump prints '_' for the _FillValue attribute's value, else the type's default.
-  try
-    fill = read_att (gid, varid, '_FillValue');
-  catch
-    fill = netcdflib ('parameter', ['NC_FILL_' upper(regexprep (suffix (xtype), ...
-                                    {'^Schar$', '^Text$', '^Uchar$'}, {'Byte', 'Char', 'UByte'}))]);
+  [~, n, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
+  kind = {'nested', 'user'}{1 + any (cls == [14 15])};
+  v = [];
+  if (strcmp (kind, 'user') || isempty (att))
+    v = netcdflib (['get' where{1}], where{2:end});
+  end
+  if (cls == 15)
+    v = arrayfun (@(x) netcdflib ('inqEnumIdent', gid, xtype, double (x)), v(:)', ...
+                  'UniformOutput', false);
+  elseif (cls == 14)
+    v = cellfun (@(b) ['0X' sprintf('%02X', b)], num2cell (reshape (v, n, []), 1), ...
+                 'UniformOutput', false);
+  elseif (! isempty (v))
+    v = [leaves(gid, xtype, v){:}];
   end
 end
 
@@ -196,36 +212,7 @@ function per = leaves (gid, xtype, v)
   end
 end
 
-function [v, user] = read_att (gid, varid, name)
-  % USER: an enum or opaque attribute, V as printed.
-  xtype = netcdflib ('inqAtt', gid, varid, name);
-  v = [];
-  user = false;
-  if (xtype <= 12)
-    v = netcdflib (['getAtt' suffix(xtype)], gid, varid, name);
-    return;
-  end
-  [~, ~, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
-  user = any (cls == [14 15]);
-  if (user)
-    v = printed_values (gid, xtype, netcdflib ('getAtt', gid, varid, name));
-  end
-end
-
 function s = suffix (xtype)
   s = {'Schar', 'Text', 'Short', 'Int', 'Float', 'Double', 'Uchar', 'Ushort', 'Uint', ...
        'Int64', 'Uint64', 'String'}{xtype};
 end
-
-function names = printed_values (gid, xtype, v)
-  % Enum values as ncdump prints them, by member name; opaque ones as 0X and hex bytes.
-  [~, n, ~, ~, cls] = netcdflib ('inqUserType', gid, xtype);
-  if (cls == 15)
-    names = arrayfun (@(x) netcdflib ('inqEnumIdent', gid, xtype, double (x)), v(:)', ...
-                      'UniformOutput', false);
-  else
-    names = cellfun (@(b) ['0X' sprintf('%02X', b)], num2cell (reshape (v, n, []), 1), ...
-                     'UniformOutput', false);
-  end
-end
-
