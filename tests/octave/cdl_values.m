@@ -62,24 +62,15 @@ end
 
 function s = unescape_text (q)
   % The bytes of a quoted CDL string, as a char row marked by a leading '"'.
-  body = q(2:end-1);
-  if (! any (body == '\'))
-    s = ['"' body];
-    return;
-  end
-  [pieces, escapes] = regexp (body, '\\([0-7]{1,3}|.)', 'split', 'tokens');
-  s = pieces{1};
+  [pieces, escapes] = regexp (q(2:end-1), '\\([0-7]{1,3}|.)', 'split', 'tokens');
+  s = ['"' pieces{1}];
   for k = 1:numel (escapes)
     e = escapes{k}{1};
-    named = strfind ('ntrfbva', e);
     if (any (e(1) == '01234567'))
-      c = char (base2dec (e, 8));
-    elseif (numel (e) == 1 && ! isempty (named))
-      c = "\n\t\r\f\b\v\a"(named);
-    else
-      c = e;
+      e = char (base2dec (e, 8));
+    elseif (any (e == 'ntrfbva'))
+      e = "\n\t\r\f\b\v\a"(e == 'ntrfbva');
     end
-    s = [s c pieces{k+1}];
+    s = [s e pieces{k+1}];
   end
-  s = ['"' s];
 end

@@ -109,39 +109,26 @@ function same = equal_tokens (tokens, v, fill, kind)
   end
   if (ischar (v))
     ## Text rows lose their trailing NULs in ncdump's print; compare the bytes left.
-    rows = reshape (v, max (size (v, 1), 1), []);
-    text = '';
-    for r = 1:columns (rows)
-      text = [text strip_nuls(rows(:, r)')];
-    end
+    rows = num2cell (reshape (v, max (size (v, 1), 1), []), 1);
+    text = ['' cellfun(@(r) strip_nuls (r'), rows, 'UniformOutput', false){:}];
     printed = cellfun (@(t) t(2:end), tokens, 'UniformOutput', false);
     same = strcmp (strip_nuls (text), strip_nuls ([printed{:}]));
-    return;
-  end
-  if (iscell (v))
+  elseif (iscell (v))
     same = isequal (cellfun (@(t) t(2:end), tokens(:), 'UniformOutput', false), v(:));
-    return;
-  end
-  same = numel (tokens) == numel (v);
-  if (! same)
-    return;
-  end
-  tokens = tokens(:)';
-  v = v(:)';
-  filled = strcmp (tokens, '_');
-  if (any (filled))
-    same = isequaln (v(filled), repmat (cast (fill, class (v)), 1, nnz (filled)));
-  end
-  tokens = tokens(! filled);
-  v = v(! filled);
-  if (isempty (v))
-    return;
-  elseif (isinteger (v))
-    same = same && isequal (regexprep (tokens, '[A-Za-z]+$', ''), int_text (v));
+  elseif (numel (tokens) != numel (v))
+    same = false;
   else
-    t = regexprep (regexprep (tokens, '^(-?)Infinityf?$', '$1Inf'), '^NaNf?$', 'NaN');
-    got = str2double (regexprep (t, '(?<=[0-9.])f$', ''));
-    same = same && isequaln (cast (got, class (v)), v);
+    filled = strcmp (tokens(:), '_');
+    v = v(:);
+    same = ! any (filled) || isequaln (v(filled), repmat (cast (fill, class (v)), nnz (filled), 1));
+    t = tokens(! filled)(:);
+    v = v(! filled);
+    if (! isempty (v) && isinteger (v))
+      same = same && isequal (regexprep (t, '[A-Za-z]+$', ''), int_text (v)(:));
+    elseif (! isempty (v))
+      t = regexprep (t, {'^(-?)Infinityf?$', '^NaNf?$', '(?<=[0-9.])f$'}, {'$1Inf', 'NaN', ''});
+      same = same && isequaln (cast (str2double (t), class (v)), v);
+    end
   end
 end
 
