@@ -70,6 +70,12 @@ def unpack(records, ch):
     return [unpack((Vlen * r.len).from_address(r.p) if r.len else [], ch[1:]) for r in records]
 
 
+def get_vlen(fn, count, ch, *args):
+    records = (Vlen * count)()
+    nc(fn, *args, records)
+    return unpack(records, ch)
+
+
 def pack(values, ch, keep):
     records = (Vlen * len(values))()
     keep.append(records)
@@ -114,9 +120,7 @@ def read_items(ds, fmt):
             nc('nc_inq_dimlen', ncid, d, length)
             shape.append(length[0])
         if len(ch) > 2:
-            records = (Vlen * int(np.prod(shape)))()
-            nc('nc_get_var', ncid, vid, records)
-            value = unpack(records, ch)
+            value = get_vlen('nc_get_var', int(np.prod(shape)), ch, ncid, vid)
         else:
             v = by_id[vid]
             v.set_auto_maskandscale(False)
@@ -127,9 +131,7 @@ def read_items(ds, fmt):
             nc('nc_inq_att', ncid, avid, att.encode(), xtype, length)
             ach = chain(ncid, xtype[0])
             if len(ach) > 1:
-                records = (Vlen * length[0])()
-                nc('nc_get_att', ncid, avid, att.encode(), records)
-                value = unpack(records, ach)
+                value = get_vlen('nc_get_att', length[0], ach, ncid, avid, att.encode())
             else:
                 value = ds.getncattr(att) if avid < 0 else by_id[vid].getncattr(att)
                 value = {2: lambda t: t.encode(), 12: lambda s: [s] if isinstance(s, str) else

@@ -87,10 +87,11 @@
 %!  end
 %!endfunction
 
+## The type's name in the canonical lines (the first twelve rows of the types are in the
+## order of their ids).
 %!function name = type_name (nc, xtype)
 %!  if (xtype <= 12)
-%!    name = {'NC_BYTE', 'NC_CHAR', 'NC_SHORT', 'NC_INT', 'NC_FLOAT', 'NC_DOUBLE', 'NC_UBYTE', ...
-%!            'NC_USHORT', 'NC_UINT', 'NC_INT64', 'NC_UINT64', 'NC_STRING'}{xtype};
+%!    name = matrix (){xtype, 2};
 %!  else
 %!    [~, ~, base, ~, typeclass] = netcdflib ('inqUserType', nc, xtype);
 %!    assert (typeclass, 13);   # NC_VLEN
