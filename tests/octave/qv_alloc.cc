@@ -2,6 +2,7 @@
 // library does for its outputs, and maps it back to Octave.
 #include <octave/oct.h>
 
+#include <type_traits>
 #include <vector>
 
 #include "errors.hpp"
@@ -9,10 +10,28 @@
 #include "octave_blocks.hpp"
 #include "octave_types.hpp"
 
+namespace {
+// Element k (0-based) holds k + 1 (logical: k odd), written through the host's pointer.
+void fill(qvArray* a, qvClassID cls) {
+  octbridge::withArrayType(cls, [&](auto kind) {
+    using E = typename decltype(kind)::Element;
+    auto* data = static_cast<E*>(qvGetData(a));
+    for (std::size_t k = 0; k < qvGetNumberOfElements(a); ++k) {
+      if constexpr (std::is_same_v<E, bool>) {
+        data[k] = k % 2 == 1;
+      } else {
+        data[k] = E(static_cast<double>(k + 1));
+      }
+    }
+  });
+}
+}  // namespace
+
 DEFUN_DLD(qv_alloc, args, ,
           "[VALUE, LENT] = qv_alloc (CLASS, DIMS, ZEROFILLED)\n"
-          "Creates a host array of CLASS and DIMS as the library does, zero-filled or left\n"
-          "as the allocator gives it; LENT tells whether its data block is an Octave array.") {
+          "Creates a host array of CLASS and DIMS as the library does, zero-filled or with\n"
+          "element k holding k (logical: k even); LENT tells whether its data block is an\n"
+          "Octave array.") {
   octbridge::PendingError failure;
   octave_value value;
   bool lent = false;
@@ -27,8 +46,12 @@ DEFUN_DLD(qv_alloc, args, ,
     {
       octbridge::OctaveStorage storage;
       const qvScopedStorageProvider scope(storage);
-      a = args(2).bool_value() ? matrix::detail::do_create_numeric(dims, cls, qvREAL)
-                               : matrix::detail::do_create_uninitnumeric(dims, cls, qvREAL);
+      if (args(2).bool_value()) {
+        a = matrix::detail::do_create_numeric(dims, cls, qvREAL);
+      } else {
+        a = matrix::detail::do_create_uninitnumeric(dims, cls, qvREAL);
+        fill(a.get(), cls);
+      }
     }
     lent = octbridge::octaveBlockOf(a.get()) != nullptr;
     value = octbridge::fromHost(a.get());
