@@ -3,200 +3,197 @@
 
     interop_matrix.py DIR FORMAT...
 
-For each FORMAT (classic, 64bit_offset, cdf5, netcdf4, netcdf4_classic) reads
-DIR/oct-FORMAT.nc, written by netcdflib, and writes DIR/py-FORMAT.nc for netcdflib to read.
-Prints one line per item read or written:
+For each FORMAT reads DIR/oct-FORMAT.nc, which netcdflib wrote, and prints a line for each
+variable (those of other shapes, named with '_', aside) and each of its attributes:
 
-    read|wrote FORMAT TYPE ITEM NCTYPE SHAPE CANON
+    FORMAT KEY ITEM TYPE SHAPE CANON
 
-ITEM is var (the variable TYPE, netCDF shape (2, 3)), att (its attribute "a") or gatt (the
-global attribute "g_TYPE"). CANON lists the elements in linear order, each as the hex of its
-little-endian bytes (strings: UTF-8 bytes), a Vlen element as a nested list: "(e1,e2,...)".
-Also prints "read FORMAT - model - - DATA_MODEL" for each file read.
+ITEM is var, att (its attribute "a") or gatt (the global attribute "g_KEY"); TYPE is NC_INT,
+vlen(vlen(NC_SHORT)), ...; SHAPE the netCDF shape (2x3) or an attribute's length; CANON the
+hex of the bytes of numbers (little-endian, one run) and of text (UTF-8), "(e1,e2,...)" for
+strings and Vlen elements (each followed by a comma). Also prints "FORMAT - model DATA_MODEL". Then writes everything
+it read, in the same types, to DIR/py-FORMAT.nc for netcdflib to read back.
+
+python3-netcdf4 reads and writes what it can; attribute types, Vlen attributes and Vlen of
+Vlen (which it skips) go through netCDF-C directly.
 """
 
+import ctypes
+import ctypes.util
 import sys
 import warnings
 
 import netCDF4
 import numpy as np
 
-import nc_raw
-
+lib = ctypes.CDLL(ctypes.util.find_library('netcdf'))
+NAMES = [None, 'NC_BYTE', 'NC_CHAR', 'NC_SHORT', 'NC_INT', 'NC_FLOAT', 'NC_DOUBLE',
+         'NC_UBYTE', 'NC_USHORT', 'NC_UINT', 'NC_INT64', 'NC_UINT64', 'NC_STRING']
+DTYPES = [None, '<i1', 'S1', '<i2', '<i4', '<f4', '<f8', '<u1', '<u2', '<u4', '<i8', '<u8', str]
 FORMATS = {'classic': 'NETCDF3_CLASSIC', '64bit_offset': 'NETCDF3_64BIT_OFFSET',
            'cdf5': 'NETCDF3_64BIT_DATA', 'netcdf4': 'NETCDF4',
            'netcdf4_classic': 'NETCDF4_CLASSIC'}
-CLASSIC = ['byte', 'char', 'short', 'int', 'float', 'double']
-CDF5 = CLASSIC + ['ubyte', 'ushort', 'uint', 'int64', 'uint64']
-ALLOWED = {'classic': CLASSIC, '64bit_offset': CLASSIC, 'netcdf4_classic': CLASSIC,
-           'cdf5': CDF5, 'netcdf4': CDF5 + ['string', 'vlen', 'vlen2']}
-NCTYPE = {'byte': 'NC_BYTE', 'char': 'NC_CHAR', 'short': 'NC_SHORT', 'int': 'NC_INT',
-          'float': 'NC_FLOAT', 'double': 'NC_DOUBLE', 'ubyte': 'NC_UBYTE',
-          'ushort': 'NC_USHORT', 'uint': 'NC_UINT', 'int64': 'NC_INT64', 'uint64': 'NC_UINT64',
-          'string': 'NC_STRING', 'vlen': ('vlen', 'NC_INT'),
-          'vlen2': ('vlen', ('vlen', 'NC_SHORT'))}
 
 
-def samples(key):
-    """Six values of each type, with its extremes; the global attribute gets them reversed
-    (text attributes get a text of their own)."""
-    whole = {'byte': [-128, 127, 0, -1, 1, 85], 'ubyte': [0, 255, 128, 127, 1, 170],
-             'short': [-32768, 32767, 0, -1, 256, -256],
-             'ushort': [0, 65535, 32768, 32767, 1, 43690],
-             'int': [-2**31, 2**31 - 1, 0, -1, 65536, -65536],
-             'uint': [0, 2**32 - 1, 2**31, 2**31 - 1, 1, 2863311530]}
-    if key in whole:
-        return np.array(whole[key], nc_raw.DTYPE[NCTYPE[key]])
-    if key == 'int64':
-        return np.array([-2**63, 2**63 - 1, 0, -1, 2**53 + 1, -(2**53 + 1)], '<i8')
-    if key == 'uint64':
-        return np.array([0, 2**64 - 1, 2**63, 2**63 - 1, 2**53 + 1, 1], '<u8')
-    if key == 'float':   # a negative NaN with a payload, infinities, -0, least denormal, max
-        bits = [0xFFC00123, 0x7F800000, 0xFF800000, 0x80000000, 0x00000001, 0x7F7FFFFF]
-        return np.array(bits, '<u4').view('<f4')
-    if key == 'double':
-        bits = [0xFFF8000000000123, 0x7FF0000000000000, 0xFFF0000000000000,
-                0x8000000000000000, 0x0000000000000001, 0xFFEFFFFFFFFFFFFF]
-        return np.array(bits, '<u8').view('<f8')
-    if key == 'char':
-        return np.frombuffer(bytes([0x41, 0x00, 0x7F, 0x80, 0xE9, 0xFF]), 'S1')
-    if key == 'string':
-        return ['', 'a', '\u00e9', '\u20acuro', '\U0001F600', 'tab\there']
-    if key == 'vlen':
-        return [np.array(v, '<i4') for v in
-                ([], [-2**31], [1, 2, 3], [2**31 - 1, -1], [], [0])]
-    return [[np.array(w, '<i2') for w in v] for v in
-            ([], [[]], [[-32768, 32767]], [[1], [2, 3], []], [[0]], [[], [5]])]
+class Vlen(ctypes.Structure):
+    _fields_ = [('len', ctypes.c_size_t), ('p', ctypes.c_void_p)]
 
 
-def char_attribute(item):
-    text = '\u00e9\u20ac\U0001F600 z' if item == 'att' else 'A~\u00f1'
-    return text.encode('utf-8')
+def nc(fn, *args):
+    status = getattr(lib, fn)(*args)
+    if status:
+        raise RuntimeError('%s: status %d' % (fn, status))
 
 
-def canon(value, desc):
-    if isinstance(desc, tuple):
-        return '(' + ','.join(canon(e, desc[1]) for e in value) + ')'
-    if desc == 'NC_STRING':
-        return '(' + ','.join(s.encode('utf-8').hex() for s in value) + ')'
-    if desc == 'NC_CHAR':
-        if not isinstance(value, bytes):
-            value = np.ascontiguousarray(value).view('u1').ravel()
-        return '(' + ','.join('%02x' % b for b in value) + ')'
-    flat = np.ascontiguousarray(value, nc_raw.DTYPE[desc]).ravel()
-    return '(' + ','.join(e.tobytes().hex() for e in flat) + ')'
+def ints(n, ctype=ctypes.c_int):
+    return (ctype * max(n, 1))()
 
 
-def emit(verb, fmt, key, item, desc, shape, value):
-    print(verb, fmt, key, item, nc_raw.type_name(desc), 'x'.join(map(str, shape)),
-          canon(value, desc))
+def chain(ncid, xtype):
+    """The type as a list of ids from the outermost Vlen to its atomic base."""
+    if xtype <= 12:
+        return [xtype]
+    base, cls = ints(1), ints(1)
+    nc('nc_inq_user_type', ncid, xtype, None, None, base, None, cls)
+    assert cls[0] == 13, 'not a Vlen'
+    return [xtype] + chain(ncid, base[0])
 
 
-def read_var(ds, key, desc, count):
-    if key == 'vlen2':
-        return nc_raw.get_vlen_var(ds._grpid, nc_raw.varid(ds._grpid, key), count)
-    v = ds.variables[key]
-    v.set_auto_maskandscale(False)
-    if desc == 'NC_CHAR':
-        v.set_auto_chartostring(False)
-    data = v[:]
-    return list(data.ravel()) if isinstance(desc, tuple) or desc == 'NC_STRING' else data
+def type_name(ch):
+    return 'vlen(' * (len(ch) - 1) + NAMES[ch[-1]] + ')' * (len(ch) - 1)
 
 
-def read_att(ds, by_id, vid, name, desc):
-    if isinstance(desc, tuple):
-        return nc_raw.get_vlen_att(ds._grpid, vid, name)
-    value = ds.getncattr(name) if vid == nc_raw.NC_GLOBAL else by_id[vid].getncattr(name)
-    if desc == 'NC_CHAR':
-        return value.encode('utf-8')
-    if desc == 'NC_STRING':
-        return [value] if isinstance(value, str) else list(value)
-    return np.atleast_1d(value)
+def unpack(records, ch):
+    if len(ch) == 2:
+        dt = np.dtype(DTYPES[ch[1]])
+        return [np.frombuffer(ctypes.string_at(r.p, r.len * dt.itemsize), dt) for r in records]
+    return [unpack((Vlen * r.len).from_address(r.p) if r.len else [], ch[1:]) for r in records]
 
 
-def read_file(path, fmt):
-    with netCDF4.Dataset(path) as ds:
-        print('read', fmt, '- model - -', ds.data_model)
-        ncid = ds._grpid
-        by_id = {v._varid: v for v in ds.variables.values()}
-        for key in NCTYPE:
-            try:
-                vid = nc_raw.varid(ncid, key)
-            except RuntimeError:
-                continue
-            desc = nc_raw.describe(ncid, nc_raw.var_type(ncid, vid))
-            shape = nc_raw.var_shape(ncid, vid)
-            emit('read', fmt, key, 'var', desc, shape, read_var(ds, key, desc, int(np.prod(shape))))
-            for item, avid, name in (('att', vid, 'a'), ('gatt', nc_raw.NC_GLOBAL, 'g_' + key)):
-                xtype, n = nc_raw.att_info(ncid, avid, name)
-                desc = nc_raw.describe(ncid, xtype)
-                emit('read', fmt, key, item, desc, [n], read_att(ds, by_id, avid, name, desc))
+def get_vlen(fn, count, ch, *args):
+    records = (Vlen * count)()
+    nc(fn, *args, records)
+    return unpack(records, ch)
 
 
-def write_file(path, fmt):
+def pack(values, ch, keep):
+    records = (Vlen * len(values))()
+    keep.append(records)
+    for r, v in zip(records, values):
+        if len(ch) == 2:
+            v = np.ascontiguousarray(v, DTYPES[ch[1]])
+            r.p = v.ctypes.data if v.size else None
+        else:
+            v = pack(v, ch[1:], keep)
+            r.p = ctypes.addressof(v) if len(v) else None
+        keep.append(v)
+        r.len = len(v)
+    return records
+
+
+def canon(v):
+    if isinstance(v, str):
+        v = v.encode()
+    if isinstance(v, bytes):
+        return v.hex()
+    if isinstance(v, np.ndarray) and v.dtype == object:
+        v = list(v.ravel())
+    if isinstance(v, list):
+        return '(' + ''.join(canon(e) + ',' for e in v) + ')'
+    return np.ascontiguousarray(v).tobytes().hex()
+
+
+def read_items(ds, fmt):
+    """(key, item, vid, name, type chain, shape, value) of every item compared."""
+    ncid, items = ds._grpid, []
+    by_id = {v._varid: v for v in ds.variables.values()}
+    nvars, xtype, ndims, dimids, length = ints(1), ints(1), ints(1), ints(8), ints(1, ctypes.c_size_t)
+    nc('nc_inq_nvars', ncid, nvars)
+    for vid in range(nvars[0]):
+        name = ctypes.create_string_buffer(257)
+        nc('nc_inq_var', ncid, vid, name, xtype, ndims, dimids, None)
+        key = name.value.decode()
+        if '_' in key:
+            continue
+        ch, shape = chain(ncid, xtype[0]), []
+        for d in dimids[:ndims[0]]:
+            nc('nc_inq_dimlen', ncid, d, length)
+            shape.append(length[0])
+        if len(ch) > 2:
+            value = get_vlen('nc_get_var', int(np.prod(shape)), ch, ncid, vid)
+        else:
+            v = by_id[vid]
+            v.set_auto_maskandscale(False)
+            v.set_auto_chartostring(False)
+            value = v[:]
+        items.append((key, 'var', vid, None, ch, shape, value))
+        for item, avid, att in (('att', vid, 'a'), ('gatt', -1, 'g_' + key)):
+            nc('nc_inq_att', ncid, avid, att.encode(), xtype, length)
+            ach = chain(ncid, xtype[0])
+            if len(ach) > 1:
+                value = get_vlen('nc_get_att', length[0], ach, ncid, avid, att.encode())
+            else:
+                value = ds.getncattr(att) if avid < 0 else by_id[vid].getncattr(att)
+                value = {2: lambda t: t.encode(), 12: lambda s: [s] if isinstance(s, str) else
+                         list(s)}.get(ach[0], np.atleast_1d)(value)
+            items.append((key, item, avid, att, ach, [length[0]], value))
+    return items
+
+
+def write_items(path, fmt, items):
     with netCDF4.Dataset(path, 'w', format=FORMATS[fmt]) as ds:
         ds.createDimension('y', 2)
         ds.createDimension('x', 3)
-        ncid = ds._grpid
-        vint = vshort = None
-        if fmt == 'netcdf4':
-            vint = ds.createVLType(np.int32, 'vint')
-            vshort = ds.createVLType(np.int16, 'vshort')
-            vvshort = nc_raw.def_vlen(ncid, 'vvshort', vshort._nc_type)
-        for key in ALLOWED[fmt]:
-            desc, data = NCTYPE[key], samples(key)
-            if key == 'vlen2':
-                dims = [ds.dimensions[d]._dimid for d in ('y', 'x')]
-                vid = nc_raw.def_var(ncid, key, vvshort, dims)
-                nc_raw.put_vlen_var(ncid, vid, data)
-                nc_raw.put_vlen_att(ncid, vid, 'a', vvshort, data)
-                nc_raw.put_vlen_att(ncid, nc_raw.NC_GLOBAL, 'g_' + key, vvshort, data[::-1])
-            else:
-                dtype = {'char': 'S1', 'string': str, 'vlen': vint}.get(key, nc_raw.DTYPE.get(desc))
-                v = ds.createVariable(key, dtype, ('y', 'x'))
+        ncid, types, vids, keep = ds._grpid, {}, {-1: -1}, []
+
+        def xtype(ch):
+            if len(ch) == 1:
+                return ch[0]
+            if tuple(ch) not in types:
+                if len(ch) == 2:
+                    types[tuple(ch)] = ds.createVLType(np.dtype(DTYPES[ch[1]]), 'v%d' % len(types))
+                else:
+                    t, base = ints(1), xtype(ch[1:])
+                    nc('nc_def_vlen', ncid, b'v%d' % len(types), base, t)
+                    types[tuple(ch)] = t[0]
+            t = types[tuple(ch)]
+            return t if isinstance(t, int) else t._nc_type
+
+        for key, item, vid, att, ch, shape, value in items:
+            if item == 'var' and len(ch) > 2:
+                dims, vids[vid] = (ctypes.c_int * 2)(0, 1), ints(1)
+                nc('nc_def_var', ncid, key.encode(), xtype(ch), 2, dims, vids[vid])
+                vids[vid] = vids[vid][0]
+                nc('nc_put_var', ncid, vids[vid], pack(list(value), ch, keep))
+            elif item == 'var':
+                v = ds.createVariable(key, types[tuple(ch)] if xtype(ch) > 12 else DTYPES[ch[0]],
+                                      ('y', 'x'))
                 v.set_auto_maskandscale(False)
-                if key == 'char':
-                    v.set_auto_chartostring(False)
-                    v[:] = data.reshape(2, 3)
-                    v.setncattr('a', char_attribute('att'))
-                    ds.setncattr('g_' + key, char_attribute('gatt'))
-                elif isinstance(data, list):
-                    block = np.empty(6, object)
-                    block[:] = data
-                    v[:] = block.reshape(2, 3)
-                    if key == 'string':
-                        v.setncattr_string('a', data)
-                        ds.setncattr_string('g_' + key, data[::-1])
-                    else:
-                        vid = nc_raw.varid(ncid, key)
-                        nc_raw.put_vlen_att(ncid, vid, 'a', vint._nc_type, data)
-                        nc_raw.put_vlen_att(ncid, nc_raw.NC_GLOBAL, 'g_' + key, vint._nc_type,
-                                            data[::-1])
+                v.set_auto_chartostring(False)
+                v[:] = value
+                vids[vid] = v._varid
+            elif len(ch) > 1:
+                nc('nc_put_att', ncid, vids[vid], att.encode(), xtype(ch),
+                   ctypes.c_size_t(len(value)), pack(value, ch, keep))
+            else:
+                target = ds if vid < 0 else ds.variables[key]
+                if ch[0] == 12:
+                    target.setncattr_string(att, value)
                 else:
-                    v[:] = data.reshape(2, 3)
-                    v.setncattr('a', data)
-                    ds.setncattr('g_' + key, data[::-1].copy())
-            for item in ('var', 'att', 'gatt'):
-                if key == 'char' and item != 'var':
-                    value = char_attribute(item)
-                else:
-                    value = data[::-1] if item == 'gatt' else data
-                shape = [2, 3] if item == 'var' else [len(value)]
-                emit('wrote', fmt, key, item, desc, shape, value)
+                    target.setncattr(att, value)
 
 
-def main(argv):
-    # netCDF4-python skips what it cannot map (Vlen of Vlen); nc_raw reads that instead.
+def main(folder, formats):
+    # netCDF4-python skips what it cannot map (Vlen of Vlen); read through netCDF-C instead.
     warnings.filterwarnings('ignore', 'WARNING: .*unsupported VLEN')
-    folder, formats = argv[1], argv[2:]
     for fmt in formats:
-        # What fails to read shows as missing lines in the matrix; the rest still counts.
-        try:
-            read_file('%s/oct-%s.nc' % (folder, fmt), fmt)
-        except Exception as err:  # pylint: disable=broad-except
-            print('reading %s: %s' % (fmt, err), file=sys.stderr)
-        write_file('%s/py-%s.nc' % (folder, fmt), fmt)
+        with netCDF4.Dataset('%s/oct-%s.nc' % (folder, fmt)) as ds:
+            print(fmt, '- model', ds.data_model)
+            items = read_items(ds, fmt)
+        for key, item, _, _, ch, shape, value in items:
+            print(fmt, key, item, type_name(ch), 'x'.join(map(str, shape)), canon(value))
+        write_items('%s/py-%s.nc' % (folder, fmt), fmt, items)
 
 
 if __name__ == '__main__':
-    main(sys.argv)
+    main(sys.argv[1], sys.argv[2:])

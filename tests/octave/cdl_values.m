@@ -4,30 +4,28 @@ function values = cdl_values (cdl)
   % order: numbers as printed, '_' for fill values, quoted text decoded to its bytes, '{'
   % and '}' around compound and vlen values. The root group's path is empty.
   values = containers.Map ();
-  lines = strsplit (cdl, "\n");
-  opens = regexp (lines, '^\s*group: (.+) \{$', 'tokens', 'once');
-  closes = ! cellfun (@isempty, regexp (lines, '^\s*\} // group ', 'once'));
-  names = regexp (lines, '^\s*(types|dimensions|variables|data):$', 'tokens', 'once');
-  header = ! cellfun (@isempty, regexp (lines, '^netcdf .* \{$', 'once'));
-  boundaries = find (! cellfun (@isempty, opens) | closes | ! cellfun (@isempty, names) | header);
-  group = {};
+  path = '';
   section = '';
-  start = 1;
-  for k = [boundaries, numel(lines) + 1]
-    if (any (strcmp (section, {'variables', 'data'})))
-      path = ['' cellfun(@(g) ['/' g], group, 'UniformOutput', false){:}];
-      add_statements (values, path, section, strjoin (lines(start:k-1), "\n"));
+  text = '';
+  ## Statements run on until the next line that opens a group or section or closes a group.
+  for line = [strsplit(cdl, "\n"), {'data:'}]
+    group = regexp (line{1}, '^\s*group: (.+) \{$', 'tokens', 'once');
+    name = regexp (line{1}, '^\s*(types|dimensions|variables|data):$', 'tokens', 'once');
+    closing = ! isempty (regexp (line{1}, '^\s*\} // group |^netcdf .* \{$', 'once'));
+    if (isempty (group) && isempty (name) && ! closing)
+      text = [text "\n" line{1}];
+      continue;
+    elseif (any (strcmp (section, {'variables', 'data'})))
+      add_statements (values, path, section, text);
     end
+    text = '';
     section = '';
-    start = k + 1;
-    if (k > numel (lines))
-      break;
-    elseif (! isempty (opens{k}))
-      group{end+1} = unescape_name (opens{k}{1});
-    elseif (closes(k))
-      group(end) = [];
-    elseif (! isempty (names{k}))
-      section = names{k}{1};
+    if (! isempty (group))
+      path = [path '/' unescape_name(group{1})];
+    elseif (! isempty (name))
+      section = name{1};
+    elseif (line{1}(1) != 'n')   # a group's end, not the header
+      path = regexprep (path, '/[^/]*$', '');
     end
   end
 end
@@ -62,24 +60,15 @@ end
 
 function s = unescape_text (q)
   % The bytes of a quoted CDL string, as a char row marked by a leading '"'.
-  body = q(2:end-1);
-  if (! any (body == '\'))
-    s = ['"' body];
-    return;
-  end
-  [pieces, escapes] = regexp (body, '\\([0-7]{1,3}|.)', 'split', 'tokens');
-  s = pieces{1};
+  [pieces, escapes] = regexp (q(2:end-1), '\\([0-7]{1,3}|.)', 'split', 'tokens');
+  s = ['"' pieces{1}];
   for k = 1:numel (escapes)
     e = escapes{k}{1};
-    named = strfind ('ntrfbva', e);
     if (any (e(1) == '01234567'))
-      c = char (base2dec (e, 8));
-    elseif (numel (e) == 1 && ! isempty (named))
-      c = "\n\t\r\f\b\v\a"(named);
-    else
-      c = e;
+      e = char (base2dec (e, 8));
+    elseif (any (e == 'ntrfbva'))
+      e = "\n\t\r\f\b\v\a"(e == 'ntrfbva');
     end
-    s = [s c pieces{k+1}];
+    s = [s e pieces{k+1}];
   end
-  s = ['"' s];
 end

@@ -5,16 +5,6 @@ function d = work_dir ()
   d = getenv ('NETCDFLIB_WORK');
 end
 
-function id = error_id (varargin)
-  % The identifier of the error netcdflib (VARARGIN{:}) raises; '' when it raises none.
-  id = '';
-  try
-    netcdflib (varargin{:});
-  catch err
-    id = err.identifier;
-  end
-end
-
 function [status, out] = octave_run (code)
   % Runs CODE in an octave-cli of its own, in the work directory, with netcdflib on the path.
   script = fullfile (work_dir (), 'session.m');
@@ -60,10 +50,9 @@ function expect_same (observed, expected, where)
   if (nargin < 3)
     where = 'value';
   end
-  if (! strcmp (class (observed), class (expected)) || ! isequal (size (observed), size (expected)))
-    error ('%s: %s %s observed, %s %s expected', where, class (observed), ...
-           mat2str (size (observed)), class (expected), mat2str (size (expected)));
-  end
+  assert (strcmp (class (observed), class (expected)) && size_equal (observed, expected), ...
+          '%s: %s %s observed, %s %s expected', where, class (observed), ...
+          mat2str (size (observed)), class (expected), mat2str (size (expected)));
   if (iscell (expected))
     for i = 1:numel (expected)
       expect_same (observed{i}, expected{i}, sprintf ('%s{%d}', where, i));

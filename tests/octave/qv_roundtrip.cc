@@ -34,10 +34,10 @@ octave_value describe(const qvArray* a) {
   info.assign("dims", dims);
   info.assign("complex", qvIsComplex(a));
   info.assign("lent", octbridge::octaveBlockOf(a) != nullptr);
-  octave_value units = Matrix();
-  octave_value elements = Matrix();
+  info.assign("units", Matrix());
+  info.assign("elements", Matrix());
   if (cls == qvCHAR_CLASS) {
-    units = unitsValue(static_cast<const char16_t*>(qvGetData(a)), dv);
+    info.assign("units", unitsValue(static_cast<const char16_t*>(qvGetData(a)), dv));
   } else if (cls == qvSTRING_CLASS) {
     const StringArrayView view = getString(a);
     Cell texts(dv);
@@ -47,21 +47,15 @@ octave_value describe(const qvArray* a) {
       texts(static_cast<octave_idx_type>(i)) =
           unitsValue(t.data(), dim_vector(1, static_cast<octave_idx_type>(t.size())));
     }
-    units = texts;
+    info.assign("units", texts);
   } else if (cls == qvCELL_CLASS) {
     Cell parts(dv);
     for (octave_idx_type i = 0; i < parts.numel(); ++i) {
       parts(i) = describe(qvGetCell(a, static_cast<std::size_t>(i)));
     }
-    elements = parts;
+    info.assign("elements", parts);
   }
-  info.assign("units", units);
-  info.assign("elements", elements);
   return octave_value(info);
-}
-
-bool hasOctaveCounterpart(qvClassID cls) {
-  return cls != qvSTRUCT_CLASS && cls != qvFUNCTION_CLASS && cls != qvOBJECT_CLASS;
 }
 
 }  // namespace
@@ -81,7 +75,8 @@ DEFUN_DLD(qv_roundtrip, args, ,
     for (std::size_t k = 0; k < hosts.size(); ++k) {
       const auto i = static_cast<octave_idx_type>(k);
       infos(i) = describe(hosts[k].get());
-      if (hasOctaveCounterpart(qvGetClassID(hosts[k].get()))) {
+      const qvClassID cls = qvGetClassID(hosts[k].get());
+      if (cls != qvSTRUCT_CLASS && cls != qvFUNCTION_CLASS && cls != qvOBJECT_CLASS) {
         back(i) = octbridge::fromHost(hosts[k].get());
       }
     }
