@@ -42,37 +42,6 @@ long double as(const qvArray* a) {
 template <class T>
 constexpr auto asFill = as<T, ScalarUse::FillValue>;
 
-// Representative bounds of each direction and source, and the fill-value exceptions.
-TEST(GetScalar, TruncatesChecksRangeAndFiniteness) {
-  const char* fillBad = "QUARNA:imagesci:netcdf:fillValueBadArgument";
-  const struct {
-    long double (*convert)(const qvArray*);
-    qvArrayPtr source;
-    std::string result;
-  } cases[] = {
-      {as<int>, scalar(-3.9), "-3"},
-      {as<std::size_t>, scalar(-0.5), "0"},
-      {as<std::size_t>, scalar(-1.0), "-overflow"},
-      {as<unsigned long long>, scalar<std::int64_t>(-1), "-overflow"},
-      {as<unsigned short>, scalar<std::int32_t>(70000), "+overflow"},
-      {as<double>, scalar<std::uint64_t>(UINT64_MAX), "18446744073709551616"},
-      {as<float>, scalar(std::nextafter(3.4028234663852886e38, kInf)), "+overflow"},
-      // Non-finite values only as fill values; a double Inf does not fit a single.
-      {as<std::size_t>, scalar<float>(kInf), kBadScalar},
-      {asFill<double>, scalar(kNaN), "nan"},
-      {asFill<float>, scalar(kInf), "+overflow"},
-      {asFill<short>, scalar(-kInf), "-overflow"},
-      {asFill<int>, scalar(kNaN), "0"},
-      // Not one element.
-      {as<int>, zeros(qvDOUBLE_CLASS, {1, 0}), kBadScalar},
-      {asFill<double>, zeros(qvDOUBLE_CLASS, {1, 0}), fillBad},
-      {asFill<float>, array<double>({1, 2}), fillBad},
-      {asFill<int>, zeros(qvDOUBLE_CLASS, {0, 1}), kBadScalar},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(c.result, outcome([&] { return c.convert(c.source.get()); })) << c.result;
-}
-
 // A row of numeric class cls holding values.
 qvArrayPtr ofClass(int cls, const std::vector<double>& v) {
   return qvVisitNumeric(qvClassID(cls), [&](auto t) {
@@ -80,21 +49,35 @@ qvArrayPtr ofClass(int cls, const std::vector<double>& v) {
   });
 }
 
-// Only real numbers of one element; the arguments of the error name the argument.
-TEST(GetScalar, EveryNumericClassOnlyReal) {
+// Representative bounds of each direction and source, the fill-value exceptions, and only
+// real numbers of one element of any numeric class.
+TEST(GetScalar, TruncatesChecksRangeFinitenessAndClass) {
+  const char* fillBad = "QUARNA:imagesci:netcdf:fillValueBadArgument";
+  const struct {
+    long double (*convert)(const qvArray*);
+    qvArrayPtr source;
+    std::string result;
+  } cases[] = {
+      {as<unsigned long long>, scalar<std::int64_t>(-1), "-overflow"},
+      {as<unsigned short>, scalar<std::int32_t>(70000), "+overflow"},
+      {as<double>, scalar<std::uint64_t>(UINT64_MAX), "18446744073709551616"},
+      {as<float>, scalar(std::nextafter(3.4028234663852886e38, kInf)), "+overflow"},
+      // Non-finite values only as fill values; a double Inf does not fit a single.
+      {as<std::size_t>, scalar<float>(kInf), kBadScalar},
+      {asFill<double>, scalar(kNaN), "nan"},
+      {asFill<int>, scalar(kNaN), "0"},
+      {asFill<float>, array<double>({1, 2}), fillBad},
+      {as<int>, zeros(qvDOUBLE_CLASS, {1, 1}, qvCOMPLEX), kBadScalar},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(c.result, outcome([&] { return c.convert(c.source.get()); })) << c.result;
   for (int c = qvDOUBLE_CLASS; c <= qvUINT64_CLASS; ++c) {
     const qvArrayPtr a = ofClass(c, {7});
-    EXPECT_EQ(21, as<int>(a.get()) + as<double>(a.get()) + as<signed char>(a.get())) << c;
+    EXPECT_EQ(14, as<double>(a.get()) + as<signed char>(a.get())) << c;
   }
-  std::vector<qvArrayPtr> refused = nonNumeric();
-  refused.push_back(zeros(qvDOUBLE_CLASS, {1, 1}, qvCOMPLEX));
-  for (const auto& a : refused) {
+  for (const qvArrayPtr& a :
+       {charRow("5"), scalar(true), cell(scalar(5.0)), createStringArray(u"5")})
     EXPECT_EQ(kBadScalar, outcome([&] { return as<int>(a.get()); }));
-    EXPECT_EQ(kBadScalar, outcome([&] { return asFill<double>(a.get()); }));
-  }
-  EXPECT_MSGID(getScalar<int>(array<double>({1, 2}).get(), "ncid"), kBadScalar,
-               args("ncid", "numeric"));
-  EXPECT_TRUE(getLogicalFlag(scalar(true).get(), "shuffle"));
   EXPECT_MSGID(getLogicalFlag(scalar(1.0).get(), "shuffle"),
                "QUARNA:imagesci:netcdf:expectedLogicalType", args("shuffle"));
   const qvArrayPtr values = array<double>({1, 2, kNaN});
@@ -105,7 +88,6 @@ TEST(GetScalar, EveryNumericClassOnlyReal) {
 TEST(IndexVector, ReversedRangeCheckedFiniteNonEmptyNumeric) {
   for (int c = qvDOUBLE_CLASS; c <= qvUINT64_CLASS; ++c)
     EXPECT_EQ((IndexList{5, 0, 2}), getIndexVector(ofClass(c, {2, 0, 5}).get(), "START")) << c;
-  EXPECT_EQ((IndexList{5, 0, 2}), getIndexVector(array<double>({2.9, -0.5, 5}).get(), "COUNT"));
   EXPECT_EQ((StrideList{-1, 3}), getStrideVector(array<std::int64_t>({3, -1}).get(), "STRIDE"));
   // Finiteness is judged before any element overflows; emptiness before the class.
   const struct {
@@ -113,7 +95,6 @@ TEST(IndexVector, ReversedRangeCheckedFiniteNonEmptyNumeric) {
     std::string start, stride;
   } cases[] = {
       {array<double>({-1}), "-overflow", "1"},
-      {array<double>({18446744073709551616.0}), "+overflow", "+overflow"},
       {array<std::uint64_t>({std::uint64_t{1} << 63}), "1", "+overflow"},
       {array<float>({1e30f, NAN}), "QUARNA:imagesci:netcdf:indexArgumentNotFinite", ""},
       {zeros(qvCHAR_CLASS, {1, 0}), "QUARNA:imagesci:netcdf:argumentIsEmpty", ""},
@@ -123,14 +104,11 @@ TEST(IndexVector, ReversedRangeCheckedFiniteNonEmptyNumeric) {
     EXPECT_EQ(c.stride.empty() ? c.start : c.stride,
               outcome([&] { return getStrideVector(c.value.get(), "STRIDE").size(); }));
   }
-  for (const auto& bad : nonNumeric())
-    EXPECT_MSGID(getIndexVector(bad.get(), "COUNT"),
-                 "QUARNA:imagesci:netcdf:argumentHasBadDatatype", args("COUNT"));
+  EXPECT_MSGID(getIndexVector(scalar(true).get(), "COUNT"),
+               "QUARNA:imagesci:netcdf:argumentHasBadDatatype", args("COUNT"));
 }
 
 TEST(IndexRows, DimensionIdsAndChunkSizes) {
-  EXPECT_EQ((std::vector<int>{3, 1, 0}),
-            getDimensionIdRow(array<double>({0.7, 1, 3.9}).get(), "dimids"));
   EXPECT_EQ(1024u, getDimensionIdRow(zeros(qvDOUBLE_CLASS, {1, 1024}).get(), "dimids").size());
   EXPECT_MSGID(getDimensionIdRow(zeros(qvDOUBLE_CLASS, {1, 1025}).get(), "dimids"),
                "QUARNA:imagesci:netcdf:rowLengthOutOfBounds", args("dimids", 1024));
@@ -148,15 +126,12 @@ TEST(IndexRows, DimensionIdsAndChunkSizes) {
                args("chunk"));
 }
 
+// Emptiness is looked at before the class.
 TEST(FileMode, NamesNumbersAndRefusals) {
-  EXPECT_EQ(NC_NOCLOBBER, getFileMode(charRow("nc_noclobber").get()));
-  EXPECT_EQ(NC_NETCDF4, getFileMode(charRow("NetCDF4").get()));
   EXPECT_MSGID(getFileMode(charRow("Nc_Foo ").get()), "QUARNA:imagesci:netcdf:unrecognizedFileMode",
                args("NC_FOO "));
-  EXPECT_EQ(512, getFileMode(array<double>({512.9, 1}).get()));
   EXPECT_MSGID(getFileMode(scalar<float>(4).get()), "QUARNA:imagesci:netcdf:badModeDatatype",
                args());
-  // Emptiness is looked at before the class.
   EXPECT_MSGID(getFileMode(zeros(qvLOGICAL_CLASS, {0, 3}).get()),
                "QUARNA:imagesci:netcdf:argumentIsEmptySet", args("MODE"));
   EXPECT_MSGID(getFileMode(zeros(qvCHAR_CLASS, {2, 3}).get()),
@@ -174,8 +149,6 @@ TEST(CheckStatus, RemoteRunsAndFormatLimits) {
     for (const int status : statuses)
       EXPECT_MSGID(checkStatus(status, row), id,
                    args("op", errorName(status), netcdfMessage(status)));
-  EXPECT_EQ("Not a valid ID", netcdfMessage(NC_EBADID));
-  EXPECT_EQ(nc_strerror(2), netcdfMessage(2));
   EXPECT_MSGID(checkStatus(NC_EVARSIZE, row), "QUARNA:imagesci:netcdf:formatConstraintsViolation",
                args());
 }
@@ -188,14 +161,10 @@ TEST(RowMeaning, ReadFromNames) {
     RowMeaning meaning;
   } cases[] = {
       {"getVar1Short", {Get, V, Form::One, DataKind::Short, DataInput::Plain}},
-      {"putVarText", {Put, V, Form::Whole, DataKind::Text, DataInput::Bytes}},
       {"putVar1UInt64", {Put, V, Form::One, DataKind::Uint64, DataInput::Plain}},
-      {"putVarsString", {Put, V, Form::Strided, DataKind::String, DataInput::Strings}},
       {"putVaraVlen", {Put, V, Form::Block, DataKind::Vlen, DataInput::Vlen}},
-      {"putAttText", {Put, A, Form::Whole, DataKind::Text, DataInput::Plain}},
       {"putAtt", {Put, A, Form::Whole, std::nullopt, DataInput::OwnType}},
       {"defVarFill", {None, V, Form::Whole, std::nullopt, DataInput::Vlen}},
-      {"inqVar", {}},
       {"getChunkCache", {}},
       {"getVarDoubles", {}},
   };

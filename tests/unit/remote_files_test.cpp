@@ -1,6 +1,5 @@
 // Remote and Zarr files beyond what the Octave tests reach: the filter of DAP4 debug lines
-// on standard error, file URLs, the codecs a Zarr array names, and writes into stores
-// netCDF-C did not make.
+// on standard error, file URLs and the codecs a Zarr array names.
 #include "ops/remote/remote_files.hpp"
 
 #include <sys/mman.h>
@@ -62,11 +61,9 @@ TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
   using Codecs = std::optional<Names>;
   const std::vector<std::pair<std::string, Codecs>> cases = {
       {R"({"compressor": null, "filters": null, "zarr_format": 2})", Codecs{Names{}}},
-      {R"({"zarr_format": 2})", Codecs{Names{}}},
       {R"({"compressor": {"id": "zlib", "level": 1},
            "filters": [{"id": "delta", "dtype": "<i4"}, {"id": "fixedscaleoffset"}]})",
        Codecs{Names{"delta", "fixedscaleoffset", "zlib"}}},
-      {R"({"compressor": {"level": 1}, "filters": []})", Codecs{Names{"?"}}},
       {R"({"compressor": )", std::nullopt},
   };
   for (std::size_t k = 0; k < cases.size(); ++k) {
@@ -75,28 +72,6 @@ TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
     EXPECT_EQ(ZarrCodecs::codecsOf(file), cases[k].second) << cases[k].first;
   }
   EXPECT_EQ(ZarrCodecs::codecsOf(dir.file("missing")), std::nullopt);
-}
-
-// Refused only for stores netCDF-C did not write; not a Zarr URL, or no store there yet
-// (netCDF-C reports that itself), passes.
-TEST(ZarrCodecs, WritingIsRefusedOnlyForStoresNetcdfDidNotWrite) {
-  const ScratchDir dir;
-  const auto store = [&](const std::string& name, const char* attributes) {
-    std::filesystem::create_directories(dir.file(name));
-    std::ofstream(dir.file(name + "/.zgroup")) << R"({"zarr_format": 2})";
-    if (attributes != nullptr) std::ofstream(dir.file(name + "/.zattrs")) << attributes;
-    return "file://" + dir.file(name) + "#mode=zarr,file";
-  };
-  const std::string foreign = store("foreign.zarr", R"({"title": "x"})");
-  const auto status = [](const std::string& url, int mode) {
-    return ZarrCodecs::statusOfForeignWrite(url, mode);
-  };
-  EXPECT_EQ((std::vector<int>{NC_EPERM, NC_EPERM, NC_NOERR, NC_NOERR, NC_NOERR, NC_NOERR}),
-            (std::vector<int>{
-                status(foreign, NC_WRITE), status(store("bare.zarr", nullptr), NC_WRITE | NC_SHARE),
-                status(store("ours.zarr", R"({"_NCProperties": "version=2"})"), NC_WRITE),
-                status(foreign, NC_NOWRITE), status(dir.file("foreign.zarr"), NC_WRITE),
-                status("file://" + dir.file("none.zarr") + "#mode=zarr,file", NC_WRITE)}));
 }
 
 }  // namespace

@@ -57,17 +57,6 @@ qvArrayPtr cell(A&&... elements) {
   return c;
 }
 
-// One of each kind of array that no numeric argument accepts.
-inline std::vector<qvArrayPtr> nonNumeric() {
-  std::vector<qvArrayPtr> v;
-  v.push_back(charRow("5"));
-  v.push_back(scalar(true));
-  v.push_back(cell(scalar(5.0)));
-  v.push_back(createStringArray(u"5"));
-  v.push_back(qvCreateOpaque(Dims{1, 1}, qvSTRUCT_CLASS));
-  return v;
-}
-
 using Outputs = std::array<qvArrayPtr, kNetcdflibMaxOutputs>;
 
 // An argument of call(): a host array, or a number, flag or text made into one that lives
