@@ -24,11 +24,10 @@
 %!   {'close', ncid},                               [v 'tooManyOutputs'], {}, 1;
 %! };
 %! ## Values the library cannot use get its own argument errors, naming the argument.
-%! for x = {1+2i, single(2i), struct('a', 1), @sin, sparse(1), sparse(true), ...
-%!          containers.Map(), {1}, 'abc', true, [1 2]}
+%! for x = {1+2i, struct('a', 1), {1}, 'abc', true, [1 2]}
 %!   cases(end+1, :) = {{'inq', x{1}}, [n 'badScalarArgument'], {'ncid'}, 0};
 %! end
-%! for x = {struct(), @sin, 3, {'NC_INT'}, int8(65)}
+%! for x = {3, {'NC_INT'}}
 %!   cases(end+1, :) = {{'parameter', x{1}}, [n 'argumentWasNotChar'], {}, 0};
 %! end
 %! for k = 1:rows (cases)
