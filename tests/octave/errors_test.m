@@ -24,12 +24,11 @@
 %!   {'close', ncid},                               [v 'tooManyOutputs'], {}, 1;
 %! };
 %! ## Values the library cannot use get its own argument errors, naming the argument.
-%! for x = {1+2i, struct('a', 1), {1}, 'abc', true, [1 2]}
-%!   cases(end+1, :) = {{'inq', x{1}}, [n 'badScalarArgument'], {'ncid'}, 0};
-%! end
-%! for x = {3, {'NC_INT'}}
-%!   cases(end+1, :) = {{'parameter', x{1}}, [n 'argumentWasNotChar'], {}, 0};
-%! end
+%! bad = {1+2i; struct('a', 1); {1}; 'abc'; true; [1 2]};
+%! cases = [cases; cellfun(@(x) {'inq', x}, bad, 'UniformOutput', false), ...
+%!          repmat({[n 'badScalarArgument'], {'ncid'}, 0}, numel (bad), 1);
+%!          {{'parameter', 3}, [n 'argumentWasNotChar'], {}, 0};
+%!          {{'parameter', {'NC_INT'}}, [n 'argumentWasNotChar'], {}, 0}];
 %! for k = 1:rows (cases)
 %!   out = cell (1, cases{k, 4});
 %!   try
