@@ -19,8 +19,7 @@ end
 
 function counts = compare_one (url)
   printed = cdl_values (ncdump ('-p', '9,17', url));
-  counts = zeros (1, 5);
-  seen = {};
+  [counts, seen] = deal (zeros (1, 5), {});
   nc = netcdflib ('open', url, 'NC_NOWRITE');
   unwind_protect
     groups = {nc};
@@ -35,7 +34,8 @@ function counts = compare_one (url)
           [name, xtype, ~, natts] = netcdflib ('inqVar', gid, varid);
           key = [path '/' name];
           [v, kind] = value_of (gid, varid, '');
-          ## ncdump prints '_' for the _FillValue attribute's value, else the type's default.
+          ## ncdump prints '_' for the _FillValue attribute's value (enum and opaque: a
+          ## cell holding it as printed), else the type's default.
           fill = [];
           if (xtype <= 12)
             fill = netcdflib ('parameter', ['NC_FILL_' upper(regexprep (suffix (xtype), ...
@@ -43,9 +43,6 @@ function counts = compare_one (url)
           end
           try
             fill = value_of (gid, varid, '_FillValue');
-          end
-          if (iscell (fill))
-            fill = fill{1};
           end
           if (! isempty (v) || isKey (printed, key))
             compare (printed, key, v, fill, kind, url);
@@ -99,7 +96,7 @@ function same = equal_tokens (tokens, v, fill, kind)
   % Whether ncdump's tokens are the values V (fill: what '_' stands for; KIND 'user': V
   % holds enum or opaque values as printed).
   if (strcmp (kind, 'user'))
-    tokens(strcmp (tokens, '_')) = {fill};
+    tokens(strcmp (tokens, '_')) = fill;
     same = isequal (tokens(:), v(:));
     return;
   end
