@@ -2,7 +2,8 @@
 
 ## Every failure carries the library's full message identifier (the bridge's own for what
 ## never reaches the library) and a message that names what went wrong, in UTF-8; asking
-## for more outputs than an operation makes is refused before it does anything.
+## for more outputs than an operation makes is refused before it does anything. Values the
+## library cannot use get its own argument errors, naming the argument.
 %!test
 %! n = 'QUARNA:imagesci:netcdf:';
 %! v = 'QUARNA:imagesci:validate:';
@@ -23,7 +24,6 @@
 %!   {'parameter', 'NC_INT'},                      [v 'tooManyOutputs'], {'''parameter'' returns 1'}, 2;
 %!   {'close', ncid},                               [v 'tooManyOutputs'], {}, 1;
 %! };
-%! ## Values the library cannot use get its own argument errors, naming the argument.
 %! bad = {1+2i; struct('a', 1); {1}; 'abc'; true; [1 2]};
 %! cases = [cases; cellfun(@(x) {'inq', x}, bad, 'UniformOutput', false), ...
 %!          repmat({[n 'badScalarArgument'], {'ncid'}, 0}, numel (bad), 1);

@@ -7,7 +7,8 @@
 
 ## Four files holding data, two left in define mode with definitions pending, outlive
 ## failed calls (unload_faults_session.m) and every way the session lets go of netcdflib,
-## the last an error nobody catches; python3-netcdf4 then reads them complete.
+## the last an error nobody catches; python3-netcdf4 then reads them complete. netCDF-4
+## defines in data mode too, the classic formats do not.
 %!test
 %! session = fileread (file_in_loadpath ('unload_faults_session.m'));
 %! report = "[~, id] = lastwarn (); printf ('last warning: %s\\n', id);";
@@ -18,7 +19,6 @@
 %!                        [n 'libraryFailure ' defvar]};
 %! define_mode = [data_mode('NC_ENAMEINUSE'), ...
 %!                {[n 'libraryFailure NC_EBADTYPE'], [n 'libraryFailure NC_ENOTVAR']}];
-%! ## netCDF-4 defines in data mode too, the classic formats do not.
 %! caught = [data_mode('NC_ENAMEINUSE'), data_mode('NC_ENOTINDEFINE'), define_mode, define_mode];
 %! files = fullfile (work_dir (), {'n4data.nc', 'cldata.nc', 'n4define.nc', 'cldefine.nc'});
 %! v = '[[1, 2, 3], [4, 5, 6]] 0.5';
