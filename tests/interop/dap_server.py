@@ -3,9 +3,8 @@
   dap_server.py ROOT PORTFILE SECONDS
 
 serves the files under ROOT on a free loopback port, writes its port and process id to
-PORTFILE and stops by itself after SECONDS. Two paths answer badly on purpose: /garbage/... with status 200
-and a body that is no DAP response, /raw/... with bytes that are not HTTP at all, and
-/silent/... not at all for 20 s (to show netCDF-C's HTTP.TIMEOUT).
+PORTFILE and stops by itself after SECONDS. Two paths answer badly on purpose: /garbage/...
+with status 200 and a body that is no DAP response, /raw/... with bytes that are not HTTP.
 Everything else is http.server's own: files, and 404 for what is not there.
 """
 
@@ -14,21 +13,14 @@ import http.server
 import os
 import sys
 import threading
-import time
 
 
 class Handler(http.server.SimpleHTTPRequestHandler):
     def do_GET(self):
         if self.path.startswith('/garbage/'):
-            body = b'\x00\x01 this is no DAP response \xff\xfe' * 8
             self.send_response(200)
-            self.send_header('Content-Type', 'application/octet-stream')
-            self.send_header('Content-Length', str(len(body)))
             self.end_headers()
-            self.wfile.write(body)
-        elif self.path.startswith('/silent/'):
-            time.sleep(20)
-            self.close_connection = True
+            self.wfile.write(b'\x00\x01 this is no DAP response \xff\xfe' * 8)
         elif self.path.startswith('/raw/'):
             self.close_connection = True
             self.wfile.write(b'\x16\x03garbage, not HTTP\r\n\r\n')

@@ -4,9 +4,7 @@ function values = cdl_values (cdl)
   % order: numbers as printed, '_' for fill values, quoted text decoded to its bytes, '{'
   % and '}' around compound and vlen values. The root group's path is empty.
   values = containers.Map ();
-  path = '';
-  section = '';
-  text = '';
+  [path, section, text] = deal ('');
   ## Statements run on until the next line that opens a group or section or closes a group.
   for line = [strsplit(cdl, "\n"), {'data:'}]
     group = regexp (line{1}, '^\s*group: (.+) \{$', 'tokens', 'once');
@@ -18,8 +16,7 @@ function values = cdl_values (cdl)
     elseif (any (strcmp (section, {'variables', 'data'})))
       add_statements (values, path, section, text);
     end
-    text = '';
-    section = '';
+    [text, section] = deal ('');
     if (! isempty (group))
       path = [path '/' unescape_name(group{1})];
     elseif (! isempty (name))

@@ -1,19 +1,15 @@
-function counts = ncdump_compare (label, urls, printed_urls)
+function counts = ncdump_compare (label, urls)
   % Reads every variable and attribute of each of URLS here (every k-th URL, k from
   % NETCDFLIB_REMOTE_SAMPLE) and fails unless each equals what ncdump -p 9,17 prints for
-  % that URL, or for the same element of PRINTED_URLS when given (every float and double
-  % exactly). Enum and opaque values are read in their own type and compared as ncdump
-  % prints them (member names, 0X and hex bytes); compound and vlen variables leaf by leaf in
-  % print order. Prints and returns the counts [datasets, variables, attributes, enum or
-  % opaque among them, compound or vlen among them, not compared], all but the last scaled
-  % up by k.
-  if (nargin < 3)
-    printed_urls = urls;
-  end
+  % that URL (every float and double exactly). Enum and opaque values are read in their
+  % own type and compared as ncdump prints them (member names, 0X and hex bytes); compound
+  % and vlen variables leaf by leaf in print order. Prints and returns the counts
+  % [datasets, variables, attributes, enum or opaque among them, compound or vlen among
+  % them, not compared], all but the last scaled up by k.
   k = max (1, str2double (getenv ('NETCDFLIB_REMOTE_SAMPLE')));
   counts = [numel(urls(1:k:end)), zeros(1, 5)];
   for u = 1:k:numel (urls)
-    counts(2:end) += compare_one (urls{u}, printed_urls{u});
+    counts(2:end) += compare_one (urls{u});
   end
   fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s, ' ...
                     '%d of them enum or opaque, %d compound or vlen; %d not compared\n'], ...
@@ -21,10 +17,9 @@ function counts = ncdump_compare (label, urls, printed_urls)
   counts(1:5) *= k;
 end
 
-function counts = compare_one (url, printed_url)
-  printed = cdl_values (ncdump ('-p', '9,17', printed_url));
-  counts = zeros (1, 5);
-  seen = {};
+function counts = compare_one (url)
+  printed = cdl_values (ncdump ('-p', '9,17', url));
+  [counts, seen] = deal (zeros (1, 5), {});
   nc = netcdflib ('open', url, 'NC_NOWRITE');
   unwind_protect
     groups = {nc};
@@ -32,14 +27,15 @@ function counts = compare_one (url, printed_url)
       gid = groups{1};
       groups = [groups(2:end), num2cell(netcdflib ('inqGrps', gid))];
       path = regexprep (netcdflib ('inqGrpNameFull', gid), '^/$', '');
+      [~, ~, natts] = netcdflib ('inq', gid);
       for varid = [-1, netcdflib('inqVarIDs', gid)]
-        [~, ~, natts] = netcdflib ('inq', gid);
         key = [path '/'];
         if (varid >= 0)
           [name, xtype, ~, natts] = netcdflib ('inqVar', gid, varid);
           key = [path '/' name];
           [v, kind] = value_of (gid, varid, '');
-          ## ncdump prints '_' for the _FillValue attribute's value, else the type's default.
+          ## ncdump prints '_' for the _FillValue attribute's value (enum and opaque: a
+          ## cell holding it as printed), else the type's default.
           fill = [];
           if (xtype <= 12)
             fill = netcdflib ('parameter', ['NC_FILL_' upper(regexprep (suffix (xtype), ...
@@ -47,9 +43,6 @@ function counts = compare_one (url, printed_url)
           end
           try
             fill = value_of (gid, varid, '_FillValue');
-          end
-          if (iscell (fill))
-            fill = fill{1};
           end
           if (! isempty (v) || isKey (printed, key))
             compare (printed, key, v, fill, kind, url);
@@ -103,7 +96,7 @@ function same = equal_tokens (tokens, v, fill, kind)
   % Whether ncdump's tokens are the values V (fill: what '_' stands for; KIND 'user': V
   % holds enum or opaque values as printed).
   if (strcmp (kind, 'user'))
-    tokens(strcmp (tokens, '_')) = {fill};
+    tokens(strcmp (tokens, '_')) = fill;
     same = isequal (tokens(:), v(:));
     return;
   end

@@ -15,7 +15,7 @@
 namespace {
 
 octave_value unitsValue(const char16_t* units, const dim_vector& dv) {
-  uint16NDArray out(dv);
+  NDArray out(dv);
   for (octave_idx_type i = 0; i < out.numel(); ++i) out(i) = units[i];
   return octave_value(out);
 }
@@ -66,7 +66,7 @@ DEFUN_DLD(qv_roundtrip, args, ,
           "data argument) and back.  BACK{k} is args{k} after the trip, [] when the host\n"
           "class has no Octave counterpart; INFO{k} describes the host array: class, dims,\n"
           "complex, lent (data shared with Octave), units (UTF-16 code units of char and\n"
-          "string arrays), elements (descriptions of cell elements).") {
+          "string arrays, as doubles), elements (descriptions of cell elements).") {
   octbridge::PendingError failure;
   Cell back(1, args.length());
   Cell infos(1, args.length());
