@@ -79,17 +79,12 @@
 %! end
 %! arrays = jsondecode (zarr_python ('dump', fullfile (work, 'zarr.zarr')));
 %! expect_same (sort ({arrays.path}), sort (strcat ('g/h/v', types(:, 2)')), 'python3-zarr arrays');
-%! for k = 1:rows (types)
+%! for k = 1:rows (types) - 1
 %!   want = sample_values (types{k, 3}, k);
 %!   want(2, 3) = want(1, 1);
 %!   a = arrays(strcmp ({arrays.path}, ['g/h/v' types{k, 2}]));
-%!   if (k < rows (types))
-%!     want = sprintf ('%02x', typecast (want(:), 'uint8'));
-%!   else
-%!     a.hex = a.dtype;
-%!     want = '<U1';
-%!   end
-%!   expect_same ({a.shape(:)', a.chunks(:)', a.hex}, {[3 4], [2 2], want}, types{k, 1});
+%!   expect_same ({a.shape(:)', a.chunks(:)', a.hex}, ...
+%!                {[3 4], [2 2], sprintf('%02x', typecast (want(:), 'uint8'))}, types{k, 1});
 %! end
 
 ## Stores python3-zarr writes read here, groups and attributes included: without a codec
@@ -100,10 +95,6 @@
 ## Opening such a store for writing is refused: netCDF-C would rewrite its metadata without
 ## the codecs, and python3-zarr reads it intact afterwards.
 %!test
-%! py = {'i1', 'Schar', 'int8';  'u1', 'Uchar', 'uint8';  'i2', 'Short', 'int16';
-%!       'u2', 'Ushort', 'uint16';  'i4', 'Int', 'int32';  'u4', 'Uint', 'uint32';
-%!       'i8', 'Int64', 'int64';  'u8', 'Uint64', 'uint64';  'f4', 'Float', 'single';
-%!       'f8', 'Double', 'double'};
 %! calls = {'getVarDouble', {};  'getVaraDouble', {[0 0], [1 1]};  'getVar1Double', {[0 0]};
 %!          'getVarsDouble', {[0 0], [2 2], [1 2]};  'getVarDouble', {}};
 %! for codec = {'none', 'blosc', 'zlib'}
@@ -116,15 +107,13 @@
 %!                 double(netcdflib ('getAttDouble', nc, -1, 'version')), ...
 %!                 netcdflib('getAttDouble', h, 0, 'scale')}, {'written by python3-zarr', 3, 0.5});
 %!   v = netcdflib ('inqVarID', nc, 'partial');
-%!   for k = 1:rows (py) * strcmp (codec{1}, 'none')
-%!     vk = netcdflib ('inqVarID', h, ['v_' py{k, 1}]);
-%!     [~, sizes] = netcdflib ('inqVarChunking', h, vk);
-%!     want = reshape (cast ((0:11) - 4 * (py{k, 1}(1) != 'u'), py{k, 3}), 4, 3);
-%!     expect_same ({netcdflib(['getVar' py{k, 2}], h, vk), double(sizes)}, {want, [3 2]}, ...
-%!                  py{k, 1});
-%!   end
 %!   if (strcmp (codec{1}, 'none'))
-%!     expect_same (netcdflib ('getVarDouble', nc, v), [1.25 1.25 -9.5 -9.5; 1.25 1.25 -9.5 -9.5]);
+%!     vk = netcdflib ('inqVarID', h, 'v_u8');
+%!     [~, sizes] = netcdflib ('inqVarChunking', h, vk);
+%!     expect_same ({netcdflib('getVarShort', h, netcdflib ('inqVarID', h, 'v_i2')), ...
+%!       netcdflib('getVarUint64', h, vk), double(sizes), netcdflib('getVarDouble', nc, v)}, ...
+%!       {reshape(int16 (-4:7), 4, 3), reshape(uint64 (0:11), 4, 3), [3 2], ...
+%!        [1.25 1.25 -9.5 -9.5; 1.25 1.25 -9.5 -9.5]});
 %!     netcdflib ('close', nc);
 %!     continue;
 %!   end
