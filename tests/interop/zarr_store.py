@@ -4,14 +4,13 @@
                                    dtype, shape, chunks, compressor and the values'
                                    little-endian bytes in C order as hex
   zarr_store.py write STORE CODEC  writes integer arrays in a nested group,
-                                   with attributes; CODEC is none, blosc (python3-zarr's
-                                   default) or zlib
+                                   with attributes; CODEC is none or blosc (python3-zarr's
+                                   default)
 """
 
 import json
 import sys
 
-import numcodecs
 import numpy as np
 import zarr
 
@@ -35,8 +34,7 @@ def dump(path):
 
 
 def write(path, codec):
-    extra = {} if codec == 'blosc' else {
-        'compressor': numcodecs.Zlib(level=1) if codec == 'zlib' else None}
+    extra = {} if codec == 'blosc' else {'compressor': None}
     root = zarr.open_group(path, mode='w')
     root.attrs.update(title='written by python3-zarr', version=3)
     group = root.create_group('g').create_group('h')
