@@ -27,6 +27,7 @@
 %!   types = {'double', 'single', 'int32', 'int16', 'int8', 'uint8', 'uint16', 'uint32', ...
 %!            'int64', 'uint64'}(1:5 + 5 * nc4);
 %!   opts = {'Deflate', 5, 'Shuffle', true, 'Chunks', [3 2]}(1:6 * chunked);
+%!   names = {'a', char([98 195 169])};
 %!   ds = ncdataset (file, 'C', 'FORMAT', fmt);
 %!   ds.defineDimension ('x', 3);
 %!   ds.defineDimension ('time', Inf);
@@ -43,7 +44,7 @@
 %!   ds.write ('scalar', pi);
 %!   ds.setAttribute ('scalar', 'note', 'late');
 %!   if (nc4)
-%!     ds.setAttribute ('', 'names', {'a', char([98 195 169])});
+%!     ds.setAttribute ('', 'names', names);
 %!   end
 %!   ds.close ();
 %!   ds = ncdataset (file);
@@ -59,7 +60,7 @@
 %!     {v.Attributes.Name; v.Attributes.Value}, vars(end-1).FillValue, vars(end).Size, ...
 %!     {v.ChunkSize, v.Deflate, v.Shuffle}, ds.Groups}, ...
 %!    {fmt, file, ['abc'; 'def']', pi, 'late', {'x', 'time'; 3, 2; false, true}, ...
-%!     {'title', 'version', 'names'; 'all types', int16([1 2]), {'a', char([98 195 169])}}(:, 1:2 + nc4), ...
+%!     {'title', 'version', 'names'; 'all types', int16([1 2]), names}(:, 1:2 + nc4), ...
 %!     [strcat('v_', types), {'label', 'scalar'}], [types, {'char', 'double'}], {'x', 'time'}, ...
 %!     [3 2], {'units', 'kind'; 'm', 7}, 'z', zeros(1, 0), ...
 %!     {{[], 0, false}, {[3 2], 5, true}}{1 + chunked}, {}}, fmt);
@@ -81,7 +82,8 @@
 %! whole = int32 (reshape (1:120, 4, 5, 6));
 %! ds.write ('v', whole);
 %! cases = {{[2 3 4], [Inf Inf Inf]}, {2:4, 3:5, 4:6};  {[1 2 3], [2 Inf 1]}, {1:2, 2:5, 3};
-%!   {[2 1 6], [Inf 3 Inf], [2 2 5]}, {[2 4], 1:2:5, 6};  {[1 5 1], [0 Inf 2], [1 1 3]}, {[], 5, [1 4]};
+%!   {[2 1 6], [Inf 3 Inf], [2 2 5]}, {[2 4], 1:2:5, 6};
+%!   {[1 5 1], [0 Inf 2], [1 1 3]}, {[], 5, [1 4]};
 %!   {[3 1 2], [1 Inf Inf], [1 4 4]}, {3, [1 5], [2 6]}};
 %! for k = 1:rows (cases)
 %!   expect_same (ds.read ('v', cases{k, 1}{:}), whole(cases{k, 2}{:}), sprintf ('case %d', k));
