@@ -122,8 +122,9 @@
 
 ## A file of python3-netcdf4 (attributes of every type, escapes, NaN and infinities,
 ## strings, nested groups, user-defined types): disp prints what ncdump -h prints, also
-## without a semicolon; Datatype names user-defined types, vlen data read as cells, and
-## variables of the file's types are defined by Datatype.
+## without a semicolon; Datatype names user-defined types; enum, opaque, compound and vlen
+## data and attributes are read and written in netcdflib's own form (not decoded, nothing
+## missing), whole and by subset; variables of the file's types are defined by Datatype.
 %!test
 %! file = fullfile (work, 'sample.nc');
 %! script = fullfile (fileparts (file_in_loadpath ('ncdataset_test.m')), '..', 'interop', ...
@@ -135,14 +136,27 @@
 %! shown = evalc ('ds');
 %! assert (! isempty (strfind (shown, ncdump ('-h', file))), 'no semicolon: %s', shown);
 %! ds.close ();
+%! nc = netcdflib ('open', file, 'NC_WRITE');
+%! [~, color] = netcdflib ('inqVar', nc, netcdflib ('inqVarID', nc, 'e'));
+%! netcdflib ('putAtt', nc, -1, 'levels', color, int8 ([-1 1]));
+%! tag = netcdflib ('defVar', nc, 'tag', netcdflib ('defOpaque', nc, 'tag_t', 3), 0);
+%! netcdflib ('putVar', nc, tag, uint8 (reshape (1:9, 3, 3)));
+%! netcdflib ('close', nc);
 %! ds = ncdataset (file, 'a');
 %! ragged = {int32([1; 2]); int32([]); int32(3)};
 %! ds.write ('r', ragged);
+%! ds.write ('c', struct ('a', single (9), 'b', int16 ([1 2; 3 4; 5 6])), 3);
 %! v = ds.Variables;
 %! types = containers.Map ({v.Name}, {v.Datatype});
-%! expect_same ({types('r'), types('e'), types('c'), types('str'), types('ch'), ds.read('r'), ...
-%!   ds.read('r', 2, Inf)}, {'vlen:ragged', 'enum:color', 'compound:pair', 'string', 'char', ...
-%!   ragged, ragged(2:3)}, 'Datatype');
+%! [e, me] = ds.read ('e', 2);
+%! [c, mc] = ds.read ('c', 2);
+%! [o, mo] = ds.read ('tag', 2, 2);
+%! expect_same ({types('r'), types('e'), types('c'), types('tag'), types('str'), types('ch'), ...
+%!   ds.read('r'), ds.read('r', 2, Inf), e, me, c.a, c.b, mc, o, mo, ds.attribute('', 'levels')}, ...
+%!   {'vlen:ragged', 'enum:color', 'compound:pair', 'opaque:tag_t', 'string', 'char', ragged, ...
+%!   ragged(2:3), int8([1; -1]), false(2, 1), single([1.5; 9]), ...
+%!   int16(cat (3, reshape (6:11, 3, 2), [1 2; 3 4; 5 6])), false(2, 1), ...
+%!   uint8(reshape (4:9, 3, 2)), false(2, 1), int8([-1 1])}, 'Datatype');
 %! ds.defineVariable ('r2', 'vlen:ragged', {'x'});
 %! ds.write ('r2', ragged([3 1 2]));
 %! expect_same ({ds.read('r2'), ds.Variables(end).Datatype}, {ragged([3 1 2]), 'vlen:ragged'}, ...
@@ -207,33 +221,3 @@
 %! ds.close ();
 %! ro.close ();
 %! expect_error (failure_of (@() ds.read ('v')), 'ncdataset:closed', 'errors.nc');
-
-## Enum, opaque and compound variables and attributes read in their own form, whole and
-## by subset, as netcdflib's untyped rows give them, not decoded; the same form written.
-%!test
-%! file = fullfile (work, 'own.nc');
-%! ncgen_file (file, ["netcdf own {\ntypes:\n" ...
-%!   "  short enum level_t {low = 1, mid = 5, high = 9} ;\n  opaque(3) tag_t ;\n" ...
-%!   "  compound pt_t {\n    double t ;\n    short s(2) ;\n  } ;\n" ...
-%!   "dimensions:\n  n = 4 ;\nvariables:\n  level_t lev(n) ;\n    level_t lev:worst = high ;\n" ...
-%!   "  tag_t tag(n) ;\n  pt_t pt(n) ;\n  level_t :levels = low, high ;\ndata:\n" ...
-%!   " lev = low, mid, high, mid ;\n tag = 0X010203, 0X040506, 0X070809, 0X0A0B0C ;\n" ...
-%!   " pt = {1.5, {1, 2}}, {2.5, {3, 4}}, {3.5, {5, 6}}, {4.5, {7, 8}} ;\n}\n"]);
-%! pt = struct ('t', [1.5; 2.5; 3.5; 4.5], 's', int16 (reshape (1:8, 2, 4)));
-%! [lev, tag] = deal (int16 ([1; 5; 9; 5]), uint8 (reshape (1:12, 3, 4)));
-%! flat = @(x) [fieldnames(x); struct2cell(x)];
-%! ds = ncdataset (file, 'a');
-%! v = ds.Variables;
-%! [x1, m1] = ds.read ('lev');
-%! [x2, m2] = ds.read ('tag', 2, 3);
-%! [x3, m3] = ds.read ('pt');
-%! expect_same ({{v.Datatype}, v(1).Attributes.Value, ds.Attributes.Value, ...
-%!   ds.attribute('lev', 'worst'), x1, m1, x2, m2, flat(x3), m3, flat(ds.read ('pt', 2, 2))}, ...
-%!   {{'enum:level_t', 'opaque:tag_t', 'compound:pt_t'}, int16(9), int16([1 9]), int16(9), ...
-%!   lev, false(4, 1), tag(:, 2:4), false(3, 1), flat(pt), false(4, 1), ...
-%!   flat(struct ('t', [2.5; 3.5], 's', pt.s(:, 2:3)))}, 'read');
-%! ds.write ('pt', struct ('t', [8; 9], 's', int16 ([10 11; 12 13])), 3);
-%! pt.t(3:4) = [8; 9];
-%! pt.s(:, 3:4) = [10 11; 12 13];
-%! expect_same (flat (ds.read ('pt')), flat (pt), 'written');
-%! ds.close ();
