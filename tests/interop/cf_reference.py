@@ -14,7 +14,8 @@ import numpy as np
 
 # name: (stored dtype, file dims, attributes, raw values). Packed shorts with a fill value
 # or a missing_value list, in double and single; _Unsigned bytes, whose fill value's bits
-# count; missing_value lists, valid ranges and bounds, alone and with packing.
+# count; a float missing_value list beside a fill value; valid ranges and bounds, alone
+# and with packing.
 VARIABLES = {
     'packed': ('i2', ('t', 'x'),
                {'scale_factor': 0.01, 'add_offset': 20.0, '_FillValue': np.int16(-999)},
@@ -26,8 +27,6 @@ VARIABLES = {
     'scaled_only': ('i4', ('x',), {'scale_factor': 1e-3}, [1, -2, 300000, 0, 7, 2147483647]),
     'ubytes': ('i1', ('t', 'x'), {'_Unsigned': 'true', '_FillValue': np.int8(-1)},
                [[-1, -128, 127, 0, -2, 5], [1, 2, 3, -3, -1, 100]]),
-    'missing_list': ('i4', ('x',), {'missing_value': np.int32([-1, -2, 99])},
-                     [-1, -2, 99, 98, 0, 3]),
     'float_missing': ('f4', ('x',),
                       {'_FillValue': np.float32(-1), 'missing_value': np.float32([1e20, 7.5])},
                       [-1, 1e20, 7.5, 0.5, 2.25, 3]),
