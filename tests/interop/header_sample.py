@@ -1,6 +1,6 @@
 """Writes a netCDF-4 file whose header exercises ncdump's CDL: attributes of every type,
 escapes, NaN and infinities, strings, empty text, user-defined types, names to escape,
-nested and empty groups."""
+nested and empty groups; enum and compound data."""
 
 import sys
 
@@ -44,7 +44,8 @@ ragged = d.createVLType(np.int32, 'ragged')
 color = d.createEnumType(np.int8, 'color', {'red': -1, 'green': 1})
 pair = d.createCompoundType(np.dtype([('a', 'f4'), ('b', 'i2', (2, 3))]), 'pair')
 d.createVariable('r', ragged, ('x',))
-d.createVariable('e', color, ('x',), fill_value=np.int8(1))
-d.createVariable('c', pair, ('x',))
+d.createVariable('e', color, ('x',), fill_value=np.int8(1))[:] = np.int8([-1, 1, -1])
+c = np.array([(k + 0.5, np.arange(6 * k, 6 * k + 6).reshape(2, 3)) for k in range(3)], pair.dtype)
+d.createVariable('c', pair, ('x',))[:] = c
 d.createVariable('odd name', 'f8', ('x',)).setncattr('a:b', 1.5)
 d.close()

@@ -159,48 +159,29 @@
 %!   {'alpha'; char(zeros(1, 0)); 'b'}}));
 %! netcdflib ('close', nc);
 
-## python3-netcdf4, both ways, on compound data: it writes py.nc and reads ours.nc.
+## A compound with a field of two dimensions (Octave's order) reads back, and python3-netcdf4
+## reads it as written here; the enum and opaque variables of DAP4 responses read through netCDF-C's
+## DAP4 client.
 %!test
-%! rec = struct ('t', [1.5; -2.5], 'v', single ([0.25; 4]), 'q', int32 ([7; -8]), ...
-%!               's', int16 (reshape (0:11, 3, 2, 2)));
+%! rec = struct ('t', [1.5; -2.5], 's', int16 (reshape (0:11, 3, 2, 2)));
 %! nc = netcdflib ('create', fullfile (work, 'ours.nc'), p ('NC_NETCDF4'));
-%! rec_t = netcdflib ('defCompound', nc, 'rec_t', 32);
+%! rec_t = netcdflib ('defCompound', nc, 'rec_t', 24);
 %! netcdflib ('insertCompound', nc, rec_t, 't', 0, p ('NC_DOUBLE'));
-%! netcdflib ('insertCompound', nc, rec_t, 'v', 8, p ('NC_FLOAT'));
-%! netcdflib ('insertCompound', nc, rec_t, 'q', 12, p ('NC_INT'));
-%! netcdflib ('insertArrayCompound', nc, rec_t, 's', 16, p ('NC_SHORT'), [3 2]);
-%! n = netcdflib ('defDim', nc, 'n', 2);
-%! netcdflib ('putVar', nc, netcdflib ('defVar', nc, 'r', rec_t, n), rec);
+%! netcdflib ('insertArrayCompound', nc, rec_t, 's', 8, p ('NC_SHORT'), [3 2]);
+%! r = netcdflib ('defVar', nc, 'r', rec_t, netcdflib ('defDim', nc, 'n', 2));
+%! netcdflib ('putVar', nc, r, rec);
+%! expect_same (flat (netcdflib ('getVar', nc, r)), flat (rec), 'read back');
 %! netcdflib ('close', nc);
-%! out = python (["import numpy as np\n" ...
-%!   "dt = np.dtype([('t', 'f8'), ('v', 'f4'), ('q', 'i4'), ('s', 'i2', (2, 3))])\n" ...
-%!   "ds = netCDF4.Dataset(sys.argv[1], 'w')\n" ...
-%!   "ds.createDimension('n', 2)\n" ...
-%!   "r = np.zeros(2, dt)\n" ...
-%!   "r['t'] = [1.5, -2.5]; r['v'] = [0.25, 4]; r['q'] = [7, -8]\n" ...
-%!   "r['s'] = np.arange(12).reshape(2, 2, 3)\n" ...
-%!   "ds.createVariable('r', ds.createCompoundType(dt, 'rec_t'), ('n',))[:] = r\n" ...
-%!   "ds.close()\n" ...
-%!   "ds = netCDF4.Dataset(sys.argv[2])\n" ...
-%!   "print(all((ds['r'][:][k] == r[k]).all() for k in dt.names))\n"], ...
-%!   fullfile (work, 'py.nc'), fullfile (work, 'ours.nc'));
-%! expect_same (out, "True\n", 'python3-netcdf4');
-%! nc = netcdflib ('open', fullfile (work, 'py.nc'), 'NC_NOWRITE');
-%! expect_same (flat (netcdflib ('getVar', nc, 0)), flat (rec));
-%! netcdflib ('close', nc);
-
-## The enum and opaque variables of DAP4 responses, through netCDF-C's DAP4 client.
-%!test
+%! out = python (["r = netCDF4.Dataset(sys.argv[1])['r'][:]\n" ...
+%!   "print(r['t'].tolist(), r['s'].shape, r['s'].ravel().tolist())"], fullfile (work, 'ours.nc'));
+%! expect_same (out, "[1.5, -2.5] (2, 2, 3) [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11]\n", ...
+%!              'python3-netcdf4');
 %! dap4 = canonicalize_file_name (fullfile (fileparts (which ('run_test_blocks')), '..', ...
 %!                                         'fixtures', 'dap4'));
 %! opaque = uint8 ([1 35 69 103 137 171 205 239 zeros(1, 8)]');
-%! cases = {'test_enum', int8(2); 'test_enum_array', int8([0; 2; 0; 1; 127]); 'test_opaque', opaque;
-%!   'test_opaque_array', reshape([opaque; 171; 205; 239; zeros(13, 1); ...
-%!     uint8([254 220 186 152 118 84 50 16 zeros(1, 8) 254 220 186 153 153 153 153 153 ...
-%!            zeros(1, 8)]')], 16, 2, 2)};
-%! for k = 1:rows (cases)
-%!   nc = netcdflib ('open', sprintf ('file://%s/%s.nc#dap4', dap4, cases{k, 1}), 'NC_NOWRITE');
-%!   expect_same (netcdflib ('getVar', nc, 0), cases{k, 2}, cases{k, 1});
+%! for c = {'test_enum_array', int8([0; 2; 0; 1; 127]); 'test_opaque', opaque}'
+%!   nc = netcdflib ('open', sprintf ('file://%s/%s.nc#dap4', dap4, c{1}), 'NC_NOWRITE');
+%!   expect_same (netcdflib ('getVar', nc, 0), c{2}, c{1});
 %!   netcdflib ('close', nc);
 %! end
 
