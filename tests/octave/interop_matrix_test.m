@@ -81,7 +81,8 @@
 %!endfunction
 
 ## Defines and writes every allowed type; tries the others, which must be refused with a
-## netCDF error.
+## netCDF error (the Vlen type itself is defined in the try: formats without user types
+## refuse it there).
 %!function write_file (file, mode, allowed, tt)
 %!  p = @(name) netcdflib ('parameter', name);
 %!  nc = netcdflib ('create', file, mode);
