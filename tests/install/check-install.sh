@@ -11,10 +11,9 @@ prefix=$work/prefix
 
 cmake --install "$build" --prefix "$prefix" >/dev/null
 echo "installed: $(cd "$prefix" && find . -type f -o -type l | sort | tr '\n' ' ')"
-if find "$prefix/include" -name '*.hpp' | grep -v -e '/qvhost/' -e '/netcdflib.hpp$'; then
-  echo "internal headers installed" >&2
-  exit 1
-fi
+# Only the public headers: any other is listed, and fails the check.
+! find "$prefix/include" -name '*.hpp' | grep -v -e '/qvhost/' -e '/netcdflib.hpp$' ||
+  { echo "internal headers installed" >&2; exit 1; }
 
 unset LD_LIBRARY_PATH
 cmake -S "$here/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null

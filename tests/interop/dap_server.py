@@ -8,7 +8,7 @@ with status 200 and a body that is no DAP response, /raw/... with bytes that are
 Everything else is http.server's own: files, and 404 for what is not there.
 """
 
-import functools
+from functools import partial
 import http.server
 import os
 import sys
@@ -27,20 +27,12 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         else:
             super().do_GET()
 
-    def log_message(self, *args):
-        pass
 
-
-def main(root, portfile, seconds):
-    server = http.server.ThreadingHTTPServer(
-        ('127.0.0.1', 0), functools.partial(Handler, directory=root))
-    server.daemon_threads = True
-    with open(portfile + '.tmp', 'w') as out:
-        out.write('%d %d' % (server.server_address[1], os.getpid()))
-    os.rename(portfile + '.tmp', portfile)
-    threading.Timer(seconds, server.shutdown).start()
-    server.serve_forever()
-
-
-if __name__ == '__main__':
-    main(sys.argv[1], sys.argv[2], float(sys.argv[3]))
+root, portfile, seconds = sys.argv[1:]
+server = http.server.ThreadingHTTPServer(('127.0.0.1', 0), partial(Handler, directory=root))
+# Written whole before it appears: the test reads it as soon as it exists.
+with open(portfile + '.tmp', 'w') as out:
+    out.write('%d %d' % (server.server_address[1], os.getpid()))
+os.rename(portfile + '.tmp', portfile)
+threading.Timer(float(seconds), server.shutdown).start()
+server.serve_forever()

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """The python3-netcdf4 side of the interop matrix.
 
-    interop_matrix.py DIR FORMAT...
+    interop_matrix.py DIR FORMAT MODEL [FORMAT MODEL]...
 
 For each FORMAT reads DIR/oct-FORMAT.nc, which netcdflib wrote, and prints a line for each
 variable and each of its attributes:
@@ -12,7 +12,8 @@ ITEM is var, att (its attribute "a") or gatt (the global attribute "g_KEY"); TYP
 vlen(NC_INT), ...; SHAPE the netCDF shape (2x3) or an attribute's length; CANON the hex of
 the bytes of numbers (little-endian, one run) and of text (UTF-8), "(e1,e2,...)" for strings
 and Vlen elements (each followed by a comma). Also prints "FORMAT - model DATA_MODEL". Then
-writes everything it read, in the same types, to DIR/py-FORMAT.nc for netcdflib to read back.
+writes everything it read, in the same types, to DIR/py-FORMAT.nc (of the data model
+MODEL, NETCDF4 and so on) for netcdflib to read back.
 
 python3-netcdf4 reads and writes what it can; Vlen attributes go through netCDF-C directly.
 """
@@ -28,9 +29,6 @@ lib = ctypes.CDLL(ctypes.util.find_library('netcdf'))
 NAMES = [None, 'NC_BYTE', 'NC_CHAR', 'NC_SHORT', 'NC_INT', 'NC_FLOAT', 'NC_DOUBLE',
          'NC_UBYTE', 'NC_USHORT', 'NC_UINT', 'NC_INT64', 'NC_UINT64', 'NC_STRING']
 DTYPES = [None, '<i1', 'S1', '<i2', '<i4', '<f4', '<f8', '<u1', '<u2', '<u4', '<i8', '<u8', str]
-FORMATS = {'classic': 'NETCDF3_CLASSIC', '64bit_offset': 'NETCDF3_64BIT_OFFSET',
-           'cdf5': 'NETCDF3_64BIT_DATA', 'netcdf4': 'NETCDF4',
-           'netcdf4_classic': 'NETCDF4_CLASSIC'}
 
 
 class Vlen(ctypes.Structure):
@@ -54,10 +52,8 @@ def base_type(ncid, xtype):
 
 
 def canon(v):
-    if isinstance(v, str):
-        v = v.encode()
-    if isinstance(v, bytes):
-        return v.hex()
+    if isinstance(v, (str, bytes)):
+        return (v.encode() if isinstance(v, str) else v).hex()
     if isinstance(v, np.ndarray) and v.dtype == object:
         v = list(v.ravel())
     if isinstance(v, list):
@@ -90,8 +86,8 @@ def read_items(ds):
     return items
 
 
-def write_items(path, fmt, items):
-    with netCDF4.Dataset(path, 'w', format=FORMATS[fmt]) as ds:
+def write_items(path, model, items):
+    with netCDF4.Dataset(path, 'w', format=model) as ds:
         ds.createDimension('y', 2)
         ds.createDimension('x', 3)
         vlens = {}
@@ -110,22 +106,19 @@ def write_items(path, fmt, items):
                 nc('nc_put_att', ds._grpid, -1 if item == 'gatt' else ds[key]._varid,
                    att.encode(), vlens[base]._nc_type, ctypes.c_size_t(len(arrays)), records)
             else:
-                target = ds if item == 'gatt' else ds[key]
-                if base == 12:
-                    target.setncattr_string(att, value)
-                else:
-                    target.setncattr(att, value)
+                getattr(ds if item == 'gatt' else ds[key],
+                        'setncattr_string' if base == 12 else 'setncattr')(att, value)
 
 
 def main(folder, formats):
-    for fmt in formats:
+    for fmt, model in zip(formats[::2], formats[1::2]):
         with netCDF4.Dataset('%s/oct-%s.nc' % (folder, fmt)) as ds:
             print(fmt, '- model', ds.data_model)
             items = read_items(ds)
         for key, item, _, base, vlen, shape, value in items:
             name = 'vlen(%s)' % NAMES[base] if vlen else NAMES[base]
             print(fmt, key, item, name, 'x'.join(map(str, shape)), canon(value))
-        write_items('%s/py-%s.nc' % (folder, fmt), fmt, items)
+        write_items('%s/py-%s.nc' % (folder, fmt), model, items)
 
 
 if __name__ == '__main__':

@@ -38,12 +38,9 @@ function add_statements (values, path, section, text)
     if (isempty (eq))
       continue;   # a declaration
     end
-    name = unescape_name (statement{eq-1});
-    if (strcmp (section, 'variables'))
-      colon = regexp (statement{eq-1}, '(?<!\\):', 'once');
-      name = [unescape_name(statement{eq-1}(1:colon-1)) ':' ...
-              unescape_name(statement{eq-1}(colon+1:end))];
-    end
+    ## VAR:ATT in the variables section; a colon in a name is escaped.
+    name = strjoin (cellfun (@unescape_name, regexp (statement{eq-1}, '(?<!\\):', 'split'), ...
+                             'UniformOutput', false), ':');
     items = statement(eq+1:end);
     quoted = strncmp (items, '"', 1);
     items(quoted) = cellfun (@unescape_text, items(quoted), 'UniformOutput', false);

@@ -5,8 +5,7 @@
 ## for more outputs than an operation makes is refused before it does anything. Values the
 ## library cannot use get its own argument errors, naming the argument.
 %!test
-%! n = 'QUARNA:imagesci:netcdf:';
-%! v = 'QUARNA:imagesci:validate:';
+%! [n, v] = deal ('QUARNA:imagesci:netcdf:', 'QUARNA:imagesci:validate:');
 %! name = char ([78 67 95 195 169 240 159 152 128]);   # NC_é and U+1F600
 %! file = fullfile (work_dir (), 'outputs.nc');
 %! ncid = netcdflib ('create', file, 'NC_CLOBBER');

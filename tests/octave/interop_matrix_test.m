@@ -81,7 +81,8 @@
 %!endfunction
 
 ## Defines and writes every allowed type; tries the others, which must be refused with a
-## netCDF error.
+## netCDF error (the Vlen type itself is defined in the try: formats without user types
+## refuse it there).
 %!function write_file (file, mode, allowed, tt)
 %!  p = @(name) netcdflib ('parameter', name);
 %!  nc = netcdflib ('create', file, mode);
@@ -89,11 +90,7 @@
 %!  for k = 1:rows (tt)
 %!    [key, desc, suffix] = tt{k, :};
 %!    try
-%!      if (strcmp (key, 'vlen'))
-%!        xtype = netcdflib ('defVlen', nc, 'vint', p('NC_INT'));
-%!      else
-%!        xtype = p(desc);
-%!      end
+%!      xtype = {@() p(desc), @() netcdflib('defVlen', nc, 'vint', p('NC_INT'))}{1 + strcmp (key, 'vlen')}();
 %!      varid = netcdflib ('defVar', nc, key, xtype, dims);
 %!    catch err
 %!      if (any (strcmp (key, allowed)) || ! strncmp (err.identifier, 'QUARNA:imagesci:netcdf:', 23))
@@ -118,25 +115,22 @@
 %!function got = read_file (file, allowed, tt)
 %!  got = containers.Map ();
 %!  nc = netcdflib ('open', file, 'NC_NOWRITE');
-%!  unwind_protect
-%!    for k = find (ismember (tt(:, 1), allowed))'
-%!      [key, ~, suffix] = tt{k, :};
-%!      varid = netcdflib ('inqVarID', nc, key);
-%!      [~, xtype] = netcdflib ('inqVar', nc, varid);
-%!      data = netcdflib (['getVar' suffix], nc, varid);
-%!      got([key ' var']) = sprintf ('%s %dx%d %s', type_name (nc, xtype), ...
-%!                                   size (data)([2 1]), canon (data));
-%!      for item = {'att', varid, 'a'; 'gatt', netcdflib('parameter', 'NC_GLOBAL'), ['g_' key]}'
-%!        [xtype, len] = netcdflib ('inqAtt', nc, item{2}, item{3});
-%!        value = netcdflib (['getAtt' suffix], nc, item{2}, item{3});
-%!        assert (isrow (value) && numel (value) == len, '%s %s: %s', key, item{1}, ...
-%!                mat2str (size (value)));
-%!        got([key ' ' item{1}]) = sprintf ('%s %d %s', type_name (nc, xtype), len, canon (value));
-%!      end
+%!  for k = find (ismember (tt(:, 1), allowed))'
+%!    [key, ~, suffix] = tt{k, :};
+%!    varid = netcdflib ('inqVarID', nc, key);
+%!    [~, xtype] = netcdflib ('inqVar', nc, varid);
+%!    data = netcdflib (['getVar' suffix], nc, varid);
+%!    got([key ' var']) = sprintf ('%s %dx%d %s', type_name (nc, xtype), ...
+%!                                 size (data)([2 1]), canon (data));
+%!    for item = {'att', varid, 'a'; 'gatt', netcdflib('parameter', 'NC_GLOBAL'), ['g_' key]}'
+%!      [xtype, len] = netcdflib ('inqAtt', nc, item{2}, item{3});
+%!      value = netcdflib (['getAtt' suffix], nc, item{2}, item{3});
+%!      assert (isrow (value) && numel (value) == len, '%s %s: %s', key, item{1}, ...
+%!              mat2str (size (value)));
+%!      got([key ' ' item{1}]) = sprintf ('%s %d %s', type_name (nc, xtype), len, canon (value));
 %!    end
-%!  unwind_protect_cleanup
-%!    netcdflib ('close', nc);
-%!  end_unwind_protect
+%!  end
+%!  netcdflib ('close', nc);
 %!endfunction
 
 ## One cell per format and type: pass, FAIL or - (not allowed, and refused).
@@ -148,8 +142,8 @@
 %! end
 %! script = fullfile (fileparts (file_in_loadpath ('interop_matrix_test.m')), '..', 'interop', ...
 %!                    'interop_matrix.py');
-%! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s" %s', script, work, ...
-%!                                  strjoin (ff(:, 1)', ' ')));
+%! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s"%s', script, work, ...
+%!                                  sprintf (' %s %s', ff(:, [1 5])'{:})));
 %! assert (status == 0, '%s', out);
 %! lines = vertcat (regexp (out, '(\S+ \S+ \S+) ([^\n]*)', 'tokens'){:});
 %! python = containers.Map (lines(:, 1), lines(:, 2));
@@ -178,10 +172,9 @@
 %!     end
 %!   end
 %! end
-%! summary = [sprintf('interop matrix, python3-netcdf4 and netcdflib, both ways\n%-16s', 'format') ...
-%!            sprintf(' %-6s', tt{:, 1}) "\n" ...
-%!            cell2mat(cellfun (@(f) [sprintf('%-16s', ff{f, 1}) sprintf(' %-6s', cells{f, :}) "\n"], ...
-%!                              num2cell (1:rows (ff)), 'UniformOutput', false)) ...
+%! table = [{'format'}, tt(:, 1)'; ff(:, 1), cells]';
+%! summary = ["interop matrix, python3-netcdf4 and netcdflib, both ways\n" ...
+%!            sprintf(['%-16s' repmat(' %-6s', 1, rows (tt)) "\n"], table{:}) ...
 %!            sprintf('%d pass, %d FAIL, %d not allowed (refused)\n', sum (strcmp (cells(:), 'pass')), ...
 %!                    numel (details), sum (strcmp (cells(:), '-'))) details{:}];
 %! printf ('%s', summary);

@@ -11,9 +11,8 @@ function counts = ncdump_compare (label, urls)
   for u = 1:k:numel (urls)
     counts(2:end) += compare_one (urls{u});
   end
-  fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s, ' ...
-                    '%d of them enum or opaque, %d compound or vlen; %d not compared\n'], ...
-           label, counts);
+  fprintf (stderr, ['%s: %d datasets, %d variables and %d attributes equal to ncdump''s, %d ' ...
+                    'of them enum or opaque, %d compound or vlen; %d not compared\n'], label, counts);
   counts(1:5) *= k;
 end
 
@@ -21,51 +20,48 @@ function counts = compare_one (url)
   printed = cdl_values (ncdump ('-p', '9,17', url));
   [counts, seen] = deal (zeros (1, 5), {});
   nc = netcdflib ('open', url, 'NC_NOWRITE');
-  unwind_protect
-    groups = {nc};
-    while (! isempty (groups))
-      gid = groups{1};
-      groups = [groups(2:end), num2cell(netcdflib ('inqGrps', gid))];
-      path = regexprep (netcdflib ('inqGrpNameFull', gid), '^/$', '');
-      [~, ~, natts] = netcdflib ('inq', gid);
-      for varid = [-1, netcdflib('inqVarIDs', gid)]
-        key = [path '/'];
-        if (varid >= 0)
-          [name, xtype, ~, natts] = netcdflib ('inqVar', gid, varid);
-          key = [path '/' name];
-          [v, kind] = value_of (gid, varid, '');
-          ## ncdump prints '_' for the _FillValue attribute's value (enum and opaque: a
-          ## cell holding it as printed), else the type's default.
-          fill = [];
-          if (xtype <= 12)
-            fill = netcdflib ('parameter', ['NC_FILL_' upper(regexprep (suffix (xtype), ...
-                              {'^Schar$', '^Text$', '^Uchar$'}, {'Byte', 'Char', 'UByte'}))]);
-          end
-          try
-            fill = value_of (gid, varid, '_FillValue');
-          end
-          if (! isempty (v) || isKey (printed, key))
-            compare (printed, key, v, fill, kind, url);
-            counts([1 3 4]) += [1, strcmp(kind, 'user'), strcmp(kind, 'nested')];
-            seen{end+1} = key;
-          end
+  groups = {nc};
+  while (! isempty (groups))
+    gid = groups{1};
+    groups = [groups(2:end), num2cell(netcdflib ('inqGrps', gid))];
+    path = regexprep (netcdflib ('inqGrpNameFull', gid), '^/$', '');
+    [~, ~, natts] = netcdflib ('inq', gid);
+    for varid = [-1, netcdflib('inqVarIDs', gid)]
+      key = [path '/'];
+      if (varid >= 0)
+        [name, xtype, ~, natts] = netcdflib ('inqVar', gid, varid);
+        key = [path '/' name];
+        [v, kind] = value_of (gid, varid, '', xtype);
+        ## ncdump prints '_' for the _FillValue attribute's value (enum and opaque: a
+        ## cell holding it as printed), else the type's default.
+        fill = [];
+        if (xtype <= 12)
+          fill = netcdflib ('parameter', ['NC_FILL_' upper(regexprep (suffix (xtype), ...
+                            {'^Schar$', '^Text$', '^Uchar$'}, {'Byte', 'Char', 'UByte'}))]);
         end
-        for a = 0:natts-1
-          att = netcdflib ('inqAttName', gid, varid, a);
-          [v, kind] = value_of (gid, varid, att);
-          seen{end+1} = [key ':' att];
-          if (strcmp (kind, 'nested'))
-            counts(5) += 1;
-          else
-            compare (printed, seen{end}, v, [], kind, url);
-            counts([2 3]) += [1 strcmp(kind, 'user')];
-          end
+        try
+          fill = value_of (gid, varid, '_FillValue', xtype);
+        end
+        if (! isempty (v) || isKey (printed, key))
+          compare (printed, key, v, fill, kind, url);
+          counts([1 3 4]) += [1, strcmp(kind, 'user'), strcmp(kind, 'nested')];
+          seen{end+1} = key;
+        end
+      end
+      for a = 0:natts-1
+        att = netcdflib ('inqAttName', gid, varid, a);
+        [v, kind] = value_of (gid, varid, att, netcdflib ('inqAtt', gid, varid, att));
+        seen{end+1} = [key ':' att];
+        if (strcmp (kind, 'nested'))
+          counts(5) += 1;
+        else
+          compare (printed, seen{end}, v, [], kind, url);
+          counts([2 3]) += [1 strcmp(kind, 'user')];
         end
       end
     end
-  unwind_protect_cleanup
-    netcdflib ('close', nc);
-  end_unwind_protect
+  end
+  netcdflib ('close', nc);
   missing = setdiff (keys (printed), seen);
   assert (isempty (missing), '%s: ncdump prints %s, not read here', url, strjoin (missing, ', '));
 end
@@ -83,25 +79,15 @@ function compare (printed, key, v, fill, kind, url)
   assert (same, '%s: %s differs', url, key);
 end
 
-function s = int_text (v)
-  % Exact decimal text of integers, uint64 above intmax ('int64') included.
-  s = strsplit (sprintf ('%d\n', v), "\n")(1:end-1);
-  for k = find (isa (v, 'uint64') & v > intmax ('int64'))
-    high = idivide (v(k), uint64 (1e10), 'floor');
-    s{k} = sprintf ('%d%010d', high, v(k) - high * uint64 (1e10));
-  end
-end
-
 function same = equal_tokens (tokens, v, fill, kind)
   % Whether ncdump's tokens are the values V (fill: what '_' stands for; KIND 'user': V
   % holds enum or opaque values as printed).
   if (strcmp (kind, 'user'))
     tokens(strcmp (tokens, '_')) = fill;
     same = isequal (tokens(:), v(:));
-    return;
-  end
-  if (ischar (v))
+  elseif (ischar (v))
     ## Text rows lose their trailing NULs in ncdump's print; compare the bytes left.
+    strip_nuls = @(s) s(1:find (s != 0, 1, 'last'));
     rows = num2cell (reshape (v, max (size (v, 1), 1), []), 1);
     text = ['' cellfun(@(r) strip_nuls (r'), rows, 'UniformOutput', false){:}];
     printed = cellfun (@(t) t(2:end), tokens, 'UniformOutput', false);
@@ -117,7 +103,9 @@ function same = equal_tokens (tokens, v, fill, kind)
     t = tokens(! filled)(:);
     v = v(! filled);
     if (! isempty (v) && isinteger (v))
-      same = same && isequal (regexprep (t, '[A-Za-z]+$', ''), int_text (v)(:));
+      ## Exact decimal text (sprintf goes through double above intmax ('int64')).
+      same = same && isequal (regexprep (t, '[A-Za-z]+$', ''), ...
+                              strtrim (strsplit (strtrim (disp (v)), "\n"))');
     elseif (! isempty (v))
       t = regexprep (t, {'^(-?)Infinityf?$', '^NaNf?$', '(?<=[0-9.])f$'}, {'$1Inf', 'NaN', ''});
       same = same && isequaln (cast (str2double (t), class (v)), v);
@@ -125,21 +113,12 @@ function same = equal_tokens (tokens, v, fill, kind)
   end
 end
 
-function s = strip_nuls (s)
-  s = s(1:find (s != 0, 1, 'last'));
-end
-
-function [v, kind] = value_of (gid, varid, att)
-  % A variable's data (ATT empty) or an attribute's value, and its KIND: 'atomic', 'user'
-  % (enum and opaque, V as printed: member names, or 0X and hex bytes) or 'nested'
-  % (compound and vlen, V a cell row of leaf values in print order; not read of attributes).
-  if (isempty (att))
-    [~, xtype] = netcdflib ('inqVar', gid, varid);
-    where = {'Var', gid, varid};
-  else
-    xtype = netcdflib ('inqAtt', gid, varid, att);
-    where = {'Att', gid, varid, att};
-  end
+function [v, kind] = value_of (gid, varid, att, xtype)
+  % A variable's data (ATT empty) or an attribute's value, of type XTYPE, and its KIND:
+  % 'atomic', 'user' (enum and opaque, V as printed: member names, or 0X and hex bytes) or
+  % 'nested' (compound and vlen, V a cell row of leaf values in print order; not read of
+  % attributes).
+  where = [{{'Var', 'Att'}{1 + ! isempty(att)}, gid, varid}, {att}(! isempty (att))];
   kind = 'atomic';
   if (xtype <= 12)
     v = netcdflib (['get' where{1} suffix(xtype)], where{2:end});
@@ -178,18 +157,14 @@ function per = leaves (gid, xtype, v)
     per = cellfun (@(e) [leaves(gid, base, e){:}], v(:)', 'UniformOutput', false);
     return;
   end
-  names = fieldnames (v);
+  ## A row of leaf lists per field item, a column per element.
+  [names, parts] = deal (fieldnames (v), {});
   for f = 1:nfields
     [~, ~, ftype, dims] = netcdflib ('inqCompoundField', gid, xtype, f - 1);
     ## Array dims come first in host order, so an element's items are adjacent.
-    sub = reshape (leaves (gid, ftype, v.(names{f})), prod (dims), []);
-    if (f == 1)
-      per = cell (1, columns (sub));
-    end
-    for k = 1:columns (sub)
-      per{k} = [per{k}, sub{:, k}];
-    end
+    parts = [parts; reshape(leaves (gid, ftype, v.(names{f})), prod (dims), [])];
   end
+  per = arrayfun (@(k) [parts{:, k}], 1:columns (parts), 'UniformOutput', false);
 end
 
 function s = suffix (xtype)

@@ -23,7 +23,6 @@ function out = python (code, varargin)
   fprintf (fid, "import netCDF4, sys\n%s\n", code);
   fclose (fid);
   [status, out] = system (sprintf ('/usr/bin/python3 "%s"%s 2>&1', py, sprintf (' "%s"', varargin{:})));
-  unlink (py);
   assert (status == 0, '%s', out);
 end
 
@@ -43,13 +42,11 @@ function err = failure (varargin)
   error ('netcdflib (''%s'', ...) raised no error', varargin{1});
 end
 
-function expect_same (observed, expected, where)
+function expect_same (observed, expected, varargin)
   % Fails unless OBSERVED has EXPECTED's class, size and values (NaN equal to NaN), also
-  % element by element in cells, which assert compares without their classes; WHERE
-  % names the case in the message.
-  if (nargin < 3)
-    where = 'value';
-  end
+  % element by element in cells, which assert compares without their classes; a third
+  % argument names the case in the message.
+  where = [varargin, {'value'}]{1};
   assert (strcmp (class (observed), class (expected)) && size_equal (observed, expected), ...
           '%s: %s %s observed, %s %s expected', where, class (observed), ...
           mat2str (size (observed)), class (expected), mat2str (size (expected)));
@@ -66,11 +63,9 @@ end
 function expect_error (err, id, varargin)
   % Fails unless ERR has the identifier ID and a message that contains every text given.
   assert (err.identifier, id);
-  for k = 1:numel (varargin)
-    if (isempty (strfind (err.message, varargin{k})))
-      error ('"%s" missing from the message: %s', varargin{k}, err.message);
-    end
-  end
+  missing = varargin(cellfun (@(t) isempty (strfind (err.message, t)), varargin));
+  assert (isempty (missing), '"%s" missing from the message: %s', strjoin (missing, '", "'), ...
+          err.message);
 end
 
 function ncgen_file (file, cdl)

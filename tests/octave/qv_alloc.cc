@@ -17,29 +17,23 @@ void fill(qvArray* a, qvClassID cls) {
     using E = typename decltype(kind)::Element;
     auto* data = static_cast<E*>(qvGetData(a));
     for (std::size_t k = 0; k < qvGetNumberOfElements(a); ++k) {
-      if constexpr (std::is_same_v<E, bool>) {
-        data[k] = k % 2 == 1;
-      } else {
-        data[k] = E(static_cast<double>(k + 1));
-      }
+      data[k] = E(static_cast<double>(std::is_same_v<E, bool> ? k % 2 : k + 1));
     }
   });
 }
 }  // namespace
 
-DEFUN_DLD(qv_alloc, args, ,
-          "[VALUE, LENT] = qv_alloc (CLASS, DIMS, ZEROFILLED)\n"
-          "Creates a host array of CLASS and DIMS as the library does, zero-filled or with\n"
-          "element k holding k (logical: k even); LENT tells whether its data block is an\n"
-          "Octave array.") {
+// [VALUE, LENT] = qv_alloc (CLASS, DIMS, ZEROFILLED): a host array of CLASS and DIMS created
+// as the library does, zero-filled or with element k holding k (logical: k even); LENT
+// tells whether its data block is an Octave array.
+DEFUN_DLD(qv_alloc, args, , "test only") {
   octbridge::PendingError failure;
   octave_value value;
   bool lent = false;
   try {
     auto cls = qvUNKNOWN_CLASS;
-    for (int c = qvCELL_CLASS; c <= qvSTRING_CLASS; ++c) {
+    for (int c = qvCELL_CLASS; c <= qvSTRING_CLASS; ++c)
       if (args(0).string_value() == octbridge::hostClassName(qvClassID(c))) cls = qvClassID(c);
-    }
     const RowVector d = args(1).row_vector_value();
     const std::vector<std::uint64_t> dims(d.data(), d.data() + d.numel());
     qvArrayPtr a;

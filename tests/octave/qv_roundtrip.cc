@@ -22,20 +22,13 @@ octave_value unitsValue(const char16_t* units, const dim_vector& dv) {
 
 octave_value describe(const qvArray* a) {
   octave_scalar_map info;
-  if (a == nullptr) {
-    info.assign("class", "null");
-    return octave_value(info);
-  }
   const qvClassID cls = qvGetClassID(a);
   const dim_vector dv = octbridge::octaveDims({qvGetDimensions(a), qvGetNumberOfDimensions(a)});
-  RowVector dims(dv.ndims());
-  for (int k = 0; k < dv.ndims(); ++k) dims(k) = static_cast<double>(dv(k));
   info.assign("class", octbridge::hostClassName(cls));
-  info.assign("dims", dims);
+  info.assign("dims", octave_value(dv.as_array()));
   info.assign("complex", qvIsComplex(a));
   info.assign("lent", octbridge::octaveBlockOf(a) != nullptr);
-  info.assign("units", Matrix());
-  info.assign("elements", Matrix());
+  info.assign("units", Matrix());   // cells alone get "elements"
   if (cls == qvCHAR_CLASS) {
     info.assign("units", unitsValue(static_cast<const char16_t*>(qvGetData(a)), dv));
   } else if (cls == qvSTRING_CLASS) {
@@ -43,16 +36,14 @@ octave_value describe(const qvArray* a) {
     Cell texts(dv);
     for (std::size_t i = 0; i < view.count; ++i) {
       if (view.isMissing(i)) continue;
-      const std::u16string& t = view.at(i);
-      texts(static_cast<octave_idx_type>(i)) =
-          unitsValue(t.data(), dim_vector(1, static_cast<octave_idx_type>(t.size())));
+      texts(static_cast<octave_idx_type>(i)) = unitsValue(
+          view.at(i).data(), dim_vector(1, static_cast<octave_idx_type>(view.at(i).size())));
     }
     info.assign("units", texts);
   } else if (cls == qvCELL_CLASS) {
     Cell parts(dv);
-    for (octave_idx_type i = 0; i < parts.numel(); ++i) {
+    for (octave_idx_type i = 0; i < parts.numel(); ++i)
       parts(i) = describe(qvGetCell(a, static_cast<std::size_t>(i)));
-    }
     info.assign("elements", parts);
   }
   return octave_value(info);
@@ -60,13 +51,12 @@ octave_value describe(const qvArray* a) {
 
 }  // namespace
 
-DEFUN_DLD(qv_roundtrip, args, ,
-          "[BACK, INFO] = qv_roundtrip (OPERATION, ARG1, ...)\n"
-          "Maps the arguments as a netcdflib call would (OPERATION decides the form of the\n"
-          "data argument) and back.  BACK{k} is args{k} after the trip, [] when the host\n"
-          "class has no Octave counterpart; INFO{k} describes the host array: class, dims,\n"
-          "complex, lent (data shared with Octave), units (UTF-16 code units of char and\n"
-          "string arrays, as doubles), elements (descriptions of cell elements).") {
+// [BACK, INFO] = qv_roundtrip (OPERATION, ARG1, ...): maps the arguments as a netcdflib call
+// would (OPERATION decides the form of the data argument) and back. BACK{k} is args{k} after
+// the trip, [] when the host class has no Octave counterpart; INFO{k} describes the host
+// array: class, dims, complex, lent (data shared with Octave), units (UTF-16 code units of
+// char and string arrays, as doubles), elements (descriptions of cell elements).
+DEFUN_DLD(qv_roundtrip, args, , "test only") {
   octbridge::PendingError failure;
   Cell back(1, args.length());
   Cell infos(1, args.length());
@@ -76,9 +66,8 @@ DEFUN_DLD(qv_roundtrip, args, ,
       const auto i = static_cast<octave_idx_type>(k);
       infos(i) = describe(hosts[k].get());
       const qvClassID cls = qvGetClassID(hosts[k].get());
-      if (cls != qvSTRUCT_CLASS && cls != qvFUNCTION_CLASS && cls != qvOBJECT_CLASS) {
+      if (cls != qvSTRUCT_CLASS && cls != qvFUNCTION_CLASS && cls != qvOBJECT_CLASS)
         back(i) = octbridge::fromHost(hosts[k].get());
-      }
     }
   } catch (...) {
     failure.capture(std::current_exception());

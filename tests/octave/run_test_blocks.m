@@ -4,28 +4,14 @@ function run_test_blocks (name)
   % exits with a status ctest understands. test () leaves failed %!shared and %!function
   % blocks out of its counts, so its log is searched for failures too.
   nctest_helpers;
-  base = getenv ('NETCDFLIB_TEST_TMP');
-  if (isempty (base))
-    base = tempdir ();
-  end
-  [~, ~] = mkdir (base);
-  work = tempname (base, 'octave-');
-  mkdir (work);
+  work = tempname (getenv ('NETCDFLIB_TEST_TMP'), 'octave-');
+  mkdir (work);   # parents too
   setenv ('NETCDFLIB_WORK', work);
-  log = fopen ([work '.log'], 'w+');
-  [passed, total] = test (name, 'quiet', log);
-  frewind (log);
-  out = fread (log, Inf, '*char')';
-  fclose (log);
-  printf ('%s', out);
-  confirm_recursive_rmdir (false);
-  rmdir (work, 's');
-  unlink ([work '.log']);
+  out = evalc ('[passed, total] = test (name, ''quiet'', stdout);');
+  system (sprintf ('rm -rf "%s"', work));
   failed = total == 0 || passed != total || ! isempty (strfind (out, '!!!!! '));
-  printf ('%s: %d of %d passed%s\n', name, passed, total, {'', ', a block failed'}{1 + failed});
-  [leaked, checked] = qv_leak_check ();
-  if (checked && leaked)
-    printf ('%s: leak check found leaks\n', name);
-  end
+  leaked = qv_leak_check ();
+  printf ('%s%s: %d of %d passed%s%s\n', out, name, passed, total, ...
+          {'', ', a block failed'}{1 + failed}, {'', ', leak check found leaks'}{1 + leaked});
   exit (double (failed || leaked));
 end
