@@ -3,8 +3,9 @@
   dap_server.py ROOT PORTFILE SECONDS
 
 serves the files under ROOT on a free loopback port, writes its port and process id to
-PORTFILE and stops by itself after SECONDS. Two paths answer badly on purpose: /garbage/...
-with status 200 and a body that is no DAP response, /raw/... with bytes that are not HTTP.
+PORTFILE and stops by itself after SECONDS. Three paths answer badly on purpose: /garbage/...
+with status 200 and a body that is no DAP response, /raw/... with bytes that are not HTTP,
+and /silent/... not at all for 20 s (to show netCDF-C's HTTP.TIMEOUT).
 Everything else is http.server's own: files, and 404 for what is not there.
 """
 
@@ -13,6 +14,7 @@ import http.server
 import os
 import sys
 import threading
+import time
 
 
 class Handler(http.server.SimpleHTTPRequestHandler):
@@ -24,6 +26,9 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         elif self.path.startswith('/raw/'):
             self.close_connection = True
             self.wfile.write(b'\x16\x03garbage, not HTTP\r\n\r\n')
+        elif self.path.startswith('/silent/'):
+            time.sleep(20)
+            self.close_connection = True
         else:
             super().do_GET()
 

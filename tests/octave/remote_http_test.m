@@ -22,6 +22,24 @@
 %! age = @(id) netcdflib ('getVarInt', id, netcdflib ('inqVarID', id, 'person.age'));
 %! assert (! isempty (age (ids(1))) && isequal (age (ids(1)), age (ids(2))));
 %! arrayfun (@(id) netcdflib ('close', id), ids(1:2));
+%! ## An unknown host name, in a network namespace with no route anywhere, so that the lookup
+%! ## fails at once and sends nothing off this machine; and netCDF-C's HTTP.TIMEOUT key from
+%! ## an .ncrc, against a server that does not answer. Each in a session of its own, since
+%! ## netCDF-C reads its .ncrc once.
+%! report = 'catch err, printf (''%s|%s\n'', err.identifier, err.message); end';
+%! rc = fullfile (work_dir (), 'rc');
+%! mkdir (rc);
+%! fid = fopen (fullfile (rc, '.ncrc'), 'w');
+%! fputs (fid, "HTTP.TIMEOUT=2\n");
+%! fclose (fid);
+%! for c = {'unshare -n', 'http://no-such-host.invalid/x', 'resolve host';
+%!          ['NCRCENV_HOME=' rc], [base 'silent/x'], 'Timeout was reached'}'
+%!   [~, out] = system (sprintf (['%s "%s" --no-gui --norc --eval "addpath (''%s''); ' ...
+%!                                'try, netcdflib (''open'', ''%s'', ''NC_NOWRITE''); %s" 2>&1'], ...
+%!     c{1}, getenv ('NETCDFLIB_OCTAVE_CLI'), getenv ('NETCDFLIB_OCTAVE_PATH'), c{2}, report));
+%!   assert (! isempty (regexp (out, 'QUARNA:imagesci:netcdf:librarydapFailure\|.*''open''', 'once')) ...
+%!           && ! isempty (strfind (out, c{3})), out);
+%! end
 %! cases = {[base 'nothere.nc'], 'libraryFailure', '(-90)';   # HTTP 404
 %!          [base 'garbage/test.07'], 'librarydapFailure', 'NC_EDDS';   # status 200, no DAP
 %!          [base 'raw/test.07'], 'librarydapFailure', 'NC_EIO';   # not HTTP
