@@ -45,10 +45,10 @@ def write(path, fmt):
     d.createDimension('t', 2)
     d.createDimension('x', 6)
     for name, (dtype, dims, atts, raw) in VARIABLES.items():
-        var = d.createVariable(name, dtype, dims, fill_value=atts.get('_FillValue'))
-        var.setncatts({k: v for k, v in atts.items() if k != '_FillValue'})
-        var.set_auto_maskandscale(False)
+        # Data before the attributes that would make python3-netcdf4 pack or mask it.
+        var = d.createVariable(name, dtype, dims, fill_value=atts.pop('_FillValue', None))
         var[...] = np.array(raw).astype(dtype)
+        var.setncatts(atts)
     d.close()
 
 
@@ -57,7 +57,7 @@ def dump(path):
     classes = {'float64': 'double', 'float32': 'single'}
     print(json.dumps({name: {'class': classes.get(data.dtype.name, data.dtype.name),
                              'mask': np.ma.getmaskarray(data).ravel().tolist(),
-                             'values': np.ma.filled(data, 0).ravel().tolist()}
+                             'values': ['%.17g' % x for x in np.ma.filled(data, 0).ravel()]}
                       for name, data in ((n, v[...]) for n, v in d.variables.items())}))
     d.close()
 

@@ -62,7 +62,8 @@
 %! for k = 1:rows (bases)
 %!   t(k) = netcdflib ('defEnum', nc, sprintf ('e%d_t', k), p (bases{k, 1}));
 %!   values{k} = [intmin(bases{k, 2}), 1, intmax(bases{k, 2})];
-%!   arrayfun (@(m) netcdflib ('insertEnum', nc, t(k), sprintf ('m%d', m), [values{k} 4](m)), 1:4);
+%!   arrayfun (@(m) netcdflib ('insertEnum', nc, t(k), sprintf ('m%d', m), values{k}(m)), 1:3);
+%!   netcdflib ('insertEnum', nc, t(k), 'four', 4);
 %!   v(k) = netcdflib ('defVar', nc, sprintf ('v%d', k), t(k), d);
 %!   f(k) = netcdflib ('defVar', nc, sprintf ('f%d', k), t(k), d(1));
 %!   netcdflib ('putAtt', nc, f(k), '_FillValue', t(k), values{k}(3));
@@ -178,7 +179,6 @@
 ## not fit the type is refused, naming the field and the class expected.
 %!test
 %! nc = netcdflib ('create', fullfile (work, 'errors.nc'), p ('NC_NETCDF4'));
-%! lib = 'QUARNA:imagesci:netcdf:libraryFailure';
 %! c = netcdflib ('defCompound', nc, 'c_t', 8);
 %! cases = {'defEnum', {'e_t', p('NC_DOUBLE')}, 'NC_EBADTYPE';
 %!   'insertCompound', {c, 'self', 0, c}, 'NC_EBADTYPE';
@@ -187,9 +187,8 @@
 %!   'insertArrayCompound', {c, 'none', 0, p('NC_INT'), zeros(1, 0)}, 'NC_EINVAL';
 %!   'insertArrayCompound', {c, 'zero', 0, p('NC_INT'), 0}, 'NC_EINVAL';
 %!   'insertArrayCompound', {c, 'long', 0, p('NC_INT'), [1 3]}, 'NC_EINVAL'};
-%! for k = 1:rows (cases)
-%!   expect_error (failure (cases{k, 1}, nc, cases{k, 2}{:}), lib, cases{k, 3});
-%! end
+%! cellfun (@(op, args, status) expect_error (failure (op, nc, args{:}), ...
+%!   'QUARNA:imagesci:netcdf:libraryFailure', status), cases(:, 1), cases(:, 2), cases(:, 3));
 %! netcdflib ('insertArrayCompound', nc, c, 'fits', 0, p ('NC_INT'), [1 2]);
 %! [~, ~, ~, dims] = netcdflib ('inqCompoundField', nc, c, 0);
 %! expect_same (dims, [1 2], 'field dimensions');
@@ -221,8 +220,7 @@
 %!   vb, uint8(1:14), id('dataSizeMismatch'), {};
 %!   ve, [1; 2; 3], id('dataHasBadClass'), {'int8'};
 %!   vd, int8([1; 2; 3]), id('argumentHasBadDatatype'), {}};
-%! for k = 1:rows (cases)
-%!   expect_error (failure ('putVar', nc, cases{k, 1:2}), cases{k, 3}, cases{k, 4}{:});
-%! end
+%! cellfun (@(v, data, id, texts) expect_error (failure ('putVar', nc, v, data), id, texts{:}), ...
+%!          cases(:, 1), cases(:, 2), cases(:, 3), cases(:, 4));
 %! expect_error (failure ('putVara', nc, vb, 0, 2, uint8 (1:5)), id('countNotEqualToData'));
 %! netcdflib ('close', nc);

@@ -147,10 +147,9 @@
 %!          'defVarDeflate', {0, true, false, 0}, '(-136)';
 %!          'defVarFletcher32', {0, p('NC_FLETCHER32')}, '(-136)';
 %!          'defVlen', {'vl', p('NC_INT')}, 'NC_ENOTNC4'};
-%! for k = 1:rows (cases)
-%!   expect_error (failure (cases{k, 1}, nc, cases{k, 2}{:}), ...
-%!                 'QUARNA:imagesci:netcdf:libraryFailure', ['''' cases{k, 1} ''''], cases{k, 3});
-%! end
+%! cellfun (@(op, args, status) expect_error (failure (op, nc, args{:}), ...
+%!   'QUARNA:imagesci:netcdf:libraryFailure', ['''' op ''''], status), ...
+%!   cases(:, 1), cases(:, 2), cases(:, 3));
 %! netcdflib ('putAttText', nc, -1, 'ok', p ('NC_CHAR'), 'kept');
 %! netcdflib ('close', nc);
 %! nc = netcdflib ('open', url ('limits.zarr', 'nczarr,file'), p ('NC_NOWRITE'));
