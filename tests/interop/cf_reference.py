@@ -3,8 +3,9 @@
   cf_reference.py write FILE FORMAT   stored values under CF attributes, written raw
   cf_reference.py dump FILE           every variable as python3-netcdf4 decodes it by default
 
-dump prints a JSON object: for each variable its Octave class, mask and values (the masked
-ones 0), elements in C order, which is Octave's column-major order of the reversed shape."""
+dump prints a JSON object: for each variable its Octave class, mask and values (%.17g text,
+the masked ones 0), elements in C order, which is Octave's column-major order of the
+reversed shape."""
 
 import json
 import sys
