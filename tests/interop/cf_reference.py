@@ -3,10 +3,11 @@
   cf_reference.py write FILE FORMAT   stored values under CF attributes, written raw
   cf_reference.py dump FILE           every variable as python3-netcdf4 decodes it by default
 
-dump prints one line per variable: name|dtype|mask (0/1 per element)|values (%.17g, the
-masked ones 0), elements in C order, which is Octave's column-major order of the reversed
-shape."""
+dump prints a JSON object: for each variable its Octave class, mask and values (%.17g text,
+the masked ones 0), elements in C order, which is Octave's column-major order of the
+reversed shape."""
 
+import json
 import sys
 
 import netCDF4
@@ -45,25 +46,22 @@ def write(path, fmt):
     d.createDimension('t', 2)
     d.createDimension('x', 6)
     for name, (dtype, dims, atts, raw) in VARIABLES.items():
-        var = d.createVariable(name, dtype, dims, fill_value=atts.get('_FillValue'))
-        var.setncatts({k: v for k, v in atts.items() if k != '_FillValue'})
-        var.set_auto_maskandscale(False)
+        # Data before the attributes that would make python3-netcdf4 pack or mask it.
+        var = d.createVariable(name, dtype, dims, fill_value=atts.pop('_FillValue', None))
         var[...] = np.array(raw).astype(dtype)
+        var.setncatts(atts)
     d.close()
 
 
 def dump(path):
     d = netCDF4.Dataset(path)
-    for name, var in d.variables.items():
-        data = var[...]
-        mask = ' '.join('%d' % m for m in np.ma.getmaskarray(data).ravel())
-        values = ' '.join('%.17g' % x for x in np.ma.filled(data, 0).ravel())
-        print('%s|%s|%s|%s' % (name, data.dtype, mask, values))
+    classes = {'float64': 'double', 'float32': 'single'}
+    print(json.dumps({name: {'class': classes.get(data.dtype.name, data.dtype.name),
+                             'mask': np.ma.getmaskarray(data).ravel().tolist(),
+                             'values': ['%.17g' % x for x in np.ma.filled(data, 0).ravel()]}
+                      for name, data in ((n, v[...]) for n, v in d.variables.items())}))
     d.close()
 
 
 if __name__ == '__main__':
-    if sys.argv[1] == 'write':
-        write(sys.argv[2], sys.argv[3])
-    else:
-        dump(sys.argv[2])
+    {'dump': dump, 'write': write}[sys.argv[1]](*sys.argv[2:])

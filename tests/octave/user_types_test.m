@@ -45,11 +45,9 @@
 %!    's', 16, p('NC_SHORT'), 4; 'name', 24, p('NC_CHAR'), 3; 'in', 28, inner_t, [];
 %!    'lab', 40, p('NC_STRING'), []; 'r', 48, ints_t, []};
 %!  for k = 1:rows (fields)
-%!    if (isempty (fields{k, 4}))
-%!      netcdflib ('insertCompound', nc, obs_t, fields{k, 1:3});
-%!    else
-%!      netcdflib ('insertArrayCompound', nc, obs_t, fields{k, :});
-%!    end
+%!    array = ! isempty (fields{k, 4});
+%!    netcdflib ({'insertCompound', 'insertArrayCompound'}{1 + array}, nc, obs_t, ...
+%!               fields{k, 1:3 + array});
 %!  end
 %!endfunction
 
@@ -64,9 +62,7 @@
 %! for k = 1:rows (bases)
 %!   t(k) = netcdflib ('defEnum', nc, sprintf ('e%d_t', k), p (bases{k, 1}));
 %!   values{k} = [intmin(bases{k, 2}), 1, intmax(bases{k, 2})];
-%!   for m = 1:3
-%!     netcdflib ('insertEnum', nc, t(k), sprintf ('m%d', m), values{k}(m));
-%!   end
+%!   arrayfun (@(m) netcdflib ('insertEnum', nc, t(k), sprintf ('m%d', m), values{k}(m)), 1:3);
 %!   netcdflib ('insertEnum', nc, t(k), 'four', 4);
 %!   v(k) = netcdflib ('defVar', nc, sprintf ('v%d', k), t(k), d);
 %!   f(k) = netcdflib ('defVar', nc, sprintf ('f%d', k), t(k), d(1));
@@ -104,20 +100,14 @@
 %! file = fullfile (work, 'same.nc');
 %! nc = netcdflib ('create', file, p ('NC_NETCDF4'));
 %! cloud_t = netcdflib ('defEnum', nc, 'cloud_t', p ('NC_BYTE'));
-%! names = {'Clear', 'Cumulonimbus', 'Stratus'};
-%! for k = 1:3
-%!   netcdflib ('insertEnum', nc, cloud_t, names{k}, k - 1);
-%! end
+%! arrayfun (@(k, name) netcdflib ('insertEnum', nc, cloud_t, name{1}, k), 0:2, ...
+%!          {'Clear', 'Cumulonimbus', 'Stratus'});
 %! blob_t = netcdflib ('defOpaque', nc, 'blob_t', 5);
 %! [obs_t, ints_t] = define_obs (nc);
-%! types = [cloud_t, blob_t, obs_t];
 %! n = netcdflib ('defDim', nc, 'n', 3);
 %! data = {int8([0; 2; 1]), uint8([1:5; 10:14; 255 255 255 255 0]'), obs};
-%! for k = 1:3
-%!   netcdflib ('defVar', nc, 'cbo'(k), types(k), n);
-%!   netcdflib ('putVar', nc, k - 1, data{k});
-%! end
-%! got = cell (1, 7);
+%! arrayfun (@(k, t) netcdflib ('putVar', nc, netcdflib ('defVar', nc, 'cbo'(k), t, n), ...
+%!                              data{k}), 1:3, [cloud_t, blob_t, obs_t]);
 %! [got{1:4}] = netcdflib ('inqEnum', nc, cloud_t);
 %! [got{5:6}] = netcdflib ('inqEnumMember', nc, cloud_t, 2);
 %! got{7} = netcdflib ('inqEnumIdent', nc, cloud_t, 1);
@@ -176,8 +166,7 @@
 %!   "print(r['t'].tolist(), r['s'].shape, r['s'].ravel().tolist())"], fullfile (work, 'ours.nc'));
 %! expect_same (out, "[1.5, -2.5] (2, 2, 3) [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11]\n", ...
 %!              'python3-netcdf4');
-%! dap4 = canonicalize_file_name (fullfile (fileparts (which ('run_test_blocks')), '..', ...
-%!                                         'fixtures', 'dap4'));
+%! dap4 = fullfile (fileparts (fileparts (which ('run_test_blocks'))), 'fixtures', 'dap4');
 %! opaque = uint8 ([1 35 69 103 137 171 205 239 zeros(1, 8)]');
 %! for c = {'test_enum_array', int8([0; 2; 0; 1; 127]); 'test_opaque', opaque}'
 %!   nc = netcdflib ('open', sprintf ('file://%s/%s.nc#dap4', dap4, c{1}), 'NC_NOWRITE');
@@ -190,7 +179,6 @@
 ## not fit the type is refused, naming the field and the class expected.
 %!test
 %! nc = netcdflib ('create', fullfile (work, 'errors.nc'), p ('NC_NETCDF4'));
-%! lib = 'QUARNA:imagesci:netcdf:libraryFailure';
 %! c = netcdflib ('defCompound', nc, 'c_t', 8);
 %! cases = {'defEnum', {'e_t', p('NC_DOUBLE')}, 'NC_EBADTYPE';
 %!   'insertCompound', {c, 'self', 0, c}, 'NC_EBADTYPE';
@@ -199,9 +187,8 @@
 %!   'insertArrayCompound', {c, 'none', 0, p('NC_INT'), zeros(1, 0)}, 'NC_EINVAL';
 %!   'insertArrayCompound', {c, 'zero', 0, p('NC_INT'), 0}, 'NC_EINVAL';
 %!   'insertArrayCompound', {c, 'long', 0, p('NC_INT'), [1 3]}, 'NC_EINVAL'};
-%! for k = 1:rows (cases)
-%!   expect_error (failure (cases{k, 1}, nc, cases{k, 2}{:}), lib, cases{k, 3});
-%! end
+%! cellfun (@(op, args, status) expect_error (failure (op, nc, args{:}), ...
+%!   'QUARNA:imagesci:netcdf:libraryFailure', status), cases(:, 1), cases(:, 2), cases(:, 3));
 %! netcdflib ('insertArrayCompound', nc, c, 'fits', 0, p ('NC_INT'), [1 2]);
 %! [~, ~, ~, dims] = netcdflib ('inqCompoundField', nc, c, 0);
 %! expect_same (dims, [1 2], 'field dimensions');
@@ -212,19 +199,17 @@
 %! expect_error (failure ('insertEnum', nc, e, 'big', 128), ...
 %!               'QUARNA:imagesci:validate:argumentOutOfBounds');
 %! n = netcdflib ('defDim', nc, 'n', 3);
-%! vo = netcdflib ('defVar', nc, 'o', obs_t, n);
-%! vv = netcdflib ('defVar', nc, 'ov', netcdflib ('defVlen', nc, 'obsv_t', obs_t), n);
-%! vb = netcdflib ('defVar', nc, 'b', blob_t, n);
-%! ve = netcdflib ('defVar', nc, 'e', e, n);
-%! vd = netcdflib ('defVar', nc, 'd', p ('NC_DOUBLE'), n);
+%! [vo, vv, vb, ve, vd] = num2cell (cellfun (@(name, t) netcdflib ('defVar', nc, name, t, n), ...
+%!   {'o', 'ov', 'b', 'e', 'd'}, {obs_t, netcdflib('defVlen', nc, 'obsv_t', obs_t), blob_t, e, ...
+%!   p('NC_DOUBLE')})){:};
 %! netcdflib ('endDef', nc);
 %! id = @(name) ['QUARNA:imagesci:netcdf:' name];
 %! bad = @(field, value) setfield (obs, field, value);
-%! inner = setfield (obs.in, 'b', int32 (obs.in.b));
 %! cases = {
 %!   vo, bad('t', int32(obs.t)), id('dataHasBadClass'), {'data.t', 'double'};
 %!   vo, bad('s', obs.s(1:3, :)), id('dataElementCountMismatch'), {'data.s', '12', '9'};
-%!   vo, bad('in', inner), id('dataHasBadClass'), {'data.in.b', 'int16'};
+%!   vo, bad('in', setfield(obs.in, 'b', int32(obs.in.b))), id('dataHasBadClass'), ...
+%!     {'data.in.b', 'int16'};
 %!   vo, bad('lab', {1; 2; 3}), id('dataHasBadClass'), {'data.lab{}', 'char'};
 %!   vo, rmfield(obs, 'r'), id('dataFieldsMismatch'), {'obs_t', 't, v, q, s, name, in, lab, r'};
 %!   vo, orderfields(obs), id('dataFieldsMismatch'), {'data'};
@@ -235,8 +220,7 @@
 %!   vb, uint8(1:14), id('dataSizeMismatch'), {};
 %!   ve, [1; 2; 3], id('dataHasBadClass'), {'int8'};
 %!   vd, int8([1; 2; 3]), id('argumentHasBadDatatype'), {}};
-%! for k = 1:rows (cases)
-%!   expect_error (failure ('putVar', nc, cases{k, 1:2}), cases{k, 3}, cases{k, 4}{:});
-%! end
+%! cellfun (@(v, data, id, texts) expect_error (failure ('putVar', nc, v, data), id, texts{:}), ...
+%!          cases(:, 1), cases(:, 2), cases(:, 3), cases(:, 4));
 %! expect_error (failure ('putVara', nc, vb, 0, 2, uint8 (1:5)), id('countNotEqualToData'));
 %! netcdflib ('close', nc);
