@@ -74,8 +74,8 @@ struct Arg {
 
 template <class T = double>
 std::vector<T> valuesOf(const Arg& a) {
-  const auto* p = static_cast<const T*>(qvGetData(a.get()));
-  return {p, p + qvGetNumberOfElements(a.get())};
+  const auto* p = static_cast<const T*>(qvGetData(a.p));
+  return {p, p + qvGetNumberOfElements(a.p)};
 }
 inline double number(const Arg& a) { return valuesOf(a).at(0); }
 
