@@ -1,7 +1,11 @@
-// Corrupt files: truncated, bit-flipped and empty files of each format (unreadable files,
-// directories, missing files and dead URLs are in the fuzz corpus). Opening each, and reading
-// everything in it when the open succeeds, must end normally or with a message-ID error, and
-// the library must work normally afterwards.
+// Corrupt and hostile files: truncated, bit-flipped and empty files of each format, and an
+// unreadable file (directories, missing files and dead URLs are in the fuzz corpus). Opening each,
+// and reading everything in it when the open succeeds, must end normally or with a message-ID
+// error, and the library must work normally afterwards.
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <fstream>
 #include <iterator>
 
@@ -82,5 +86,27 @@ TEST_P(HostileFiles, TruncatedBitFlippedAndEmpty) {
 
 INSTANTIATE_TEST_SUITE_P(EveryFormat, HostileFiles, testing::Values("nc3", "nc6", "nc4"),
                          [](const auto& p) { return std::string(p.param); });
+
+// Permission bits do not stop root, which the tests usually run as: the open then runs in
+// a child that has given up root for the unprivileged "nobody" user.
+TEST(HostileNames, FileWithoutReadPermission) {
+  const ScratchDir dir;
+  const std::string path = dir.file("locked.nc");
+  writeSample(path, "nc3");
+  ASSERT_EQ(chmod(path.c_str(), 0), 0);
+  ASSERT_EQ(chmod(dir.path.c_str(), 0755), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(10);
+    if (access(path.c_str(), R_OK) == 0) _exit(11);  // still readable: nothing to test
+    const auto caught = catchMsgId([&] { call("open", {path, "nowrite"}); });
+    _exit(caught && caught->id == "libraryFailure" ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  if (WEXITSTATUS(status) >= 10) GTEST_SKIP() << "could not make the file unreadable here";
+  EXPECT_EQ(WEXITSTATUS(status), 0) << "opened, or another error";
+}
 
 }  // namespace
