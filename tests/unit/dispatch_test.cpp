@@ -1,10 +1,7 @@
 // Looking up and dispatching operations, the count of outputs, and the start-up of the
 // host's services on the first call.
-
-#include <stdexcept>
-
-#include "convert/scalars.hpp"
 #include "gateway/dispatch.hpp"
+#include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/operation.hpp"
 #include "gateway/row_shapes.hpp"
@@ -15,16 +12,13 @@ namespace {
 
 using namespace test;
 
-constexpr const char* kUnrecognized = "QUARNA:imagesci:netcdf:unrecognizedOperation";
+constexpr const char* kUnrecognized = "unrecognizedOperation";
 constexpr const char* kWrongCount = "QUARNA:imagesci:validate:wrongNumberOfInputs";
 constexpr const char* kOutOfBounds = "QUARNA:imagesci:validate:argumentOutOfBounds";
 
-// What the last recording handler call received.
-struct {
-  int nlhs, nInputs;
-  const qvArray* first;  // the inputs die with the call: keep the first one's address
-  const OperationRow* row;
-} received;
+// What the last recording handler call received (the inputs die with the call: the first
+// one's address).
+std::tuple<int, int, const qvArray*, const OperationRow*> received;
 
 // Records what it got and answers its row's id; some rows fail instead.
 void handler(int nlhs, qvArrayPtr* plhs, int n, const qvArray* const* in, const OperationRow& row) {
@@ -41,13 +35,11 @@ constexpr OperationRow kTestTable[] = {
 };
 
 TEST(LookupOperation, FirstMatchDecidesAndUnknownNamesCarryTheName) {
-  EXPECT_EQ(lookupOperation(kTestTable, "alpha", 1).opId, 10);
-  EXPECT_MSGID(lookupOperation(kTestTable, "alpha", 2), kWrongCount, args());
+  EXPECT_MSGID(lookupOperation(kTestTable, "alpha", 2), kWrongCount);
   for (const char* name : {"Alpha", "alpha ", "alph", ""})
-    EXPECT_MSGID(lookupOperation(kTestTable, name, 1), kUnrecognized, args(name));
-  EXPECT_MSGID(lookupOperation(kTestTable, nullptr, 0), kUnrecognized, args(""));
+    EXPECT_MSGID(lookupOperation(kTestTable, name, 1), kUnrecognized, name);
   // The library's own table is indexed; there too the first row of a name decides.
-  EXPECT_MSGID(call("inqDimIDs", {1}), kWrongCount, args());
+  EXPECT_MSGID(call("inqDimIDs", {1}), kWrongCount);
 }
 
 // Dispatches the inputs (the name first, if any) on the test table, one output asked for.
@@ -55,20 +47,18 @@ Outputs run(std::initializer_list<Arg> prhs) {
   std::vector<const qvArray*> in;
   for (const Arg& a : prhs) in.push_back(a.get());
   Outputs out;
-  dispatchOperation(kTestTable, 1, out.data(), static_cast<int>(in.size()), in.data());
+  dispatchOperation(kTestTable, 1, out.data(), int(in.size()), in.data());
   return out;
 }
 
 TEST(Dispatch, HandlersGetTheInputsAfterTheNameAndFailuresAreMapped) {
   const qvArrayPtr arg = scalar(5.0);
   EXPECT_EQ(10, number(run({"alpha", arg})[0]));
-  EXPECT_EQ(std::tie(received.nlhs, received.nInputs, received.first, received.row),
-            std::make_tuple(1, 1, arg.get(), &kTestTable[0]));
-  EXPECT_MSGID(run({}), kUnrecognized, args(""));
+  EXPECT_EQ(received, std::make_tuple(1, 1, arg.get(), &kTestTable[0]));
+  EXPECT_MSGID(run({}), kUnrecognized, "");
   // Range failures in converting an input become argumentOutOfBounds.
-  EXPECT_MSGID(run({"scalar", 1e30}), kOutOfBounds, args());
-  EXPECT_MSGID(run({"failing"}), "QUARNA:imagesci:netcdf:badScalarArgument",
-               args("ncid", "numeric"));
+  EXPECT_MSGID(run({"scalar", 1e30}), kOutOfBounds);
+  EXPECT_MSGID(run({"failing"}), "badScalarArgument", "ncid", "numeric");
   EXPECT_THROW(run({"throwing"}), std::runtime_error);
 }
 
@@ -80,37 +70,39 @@ TEST(OperationTable, TooManyOutputsAreRefusedFirst) {
     // The one row an earlier row hides is never reached.
     if (catchMsgId([&] { lookupOperation(operationTable(), row.name, row.nInputs); })) continue;
     const qvArrayPtr name = charRow(row.name);
-    std::vector<const qvArray*> inputs(static_cast<std::size_t>(row.nInputs) + 1, empty.get());
-    inputs[0] = name.get();
+    std::vector<const qvArray*> in(std::size_t(row.nInputs) + 1, empty.get());
+    in[0] = name.get();
     Outputs out;
-    EXPECT_MSGID(
-        netcdflib(outputCount(row) + 1, out.data(), static_cast<int>(inputs.size()), inputs.data()),
-        "QUARNA:imagesci:validate:tooManyOutputs", args(row.name, outputCount(row)));
+    EXPECT_MSGID(netcdflib(outputCount(row) + 1, out.data(), int(in.size()), in.data()),
+                 "QUARNA:imagesci:validate:tooManyOutputs", row.name, outputCount(row));
   }
 }
 
 // The process's own holder, through netcdflib, in a fresh process (it starts on the first
-// call any test makes), with a lookup that fails its first call.
-bool firstCallsOfAProcess() {
+// call any test makes), with a lookup that fails its first call: nothing of the failed call
+// stays, and the next one starts the services.
+void firstCallsOfAProcess() {
   int calls = 0;
   const auto service = std::make_shared<int>(42);
   serviceLookup() = [&]() -> std::shared_ptr<void> {
     if (++calls == 1) throw std::runtime_error("The bundle context is no longer valid");
     return service;
   };
+  bool failedClean = false;
   try {
     call("getConstantNames");
-    return false;
   } catch (const std::runtime_error&) {
+    failedClean = !processServiceHolder().held();
   }
-  if (processServiceHolder().held()) return false;  // nothing of the failed call was done
   call("getConstantNames");
-  return call("getConstantNames")[0] && calls == 2 && processServiceHolder().held() == service;
+  const bool ok =
+      call1("getConstantNames") && calls == 2 && processServiceHolder().held() == service;
+  std::exit(failedClean && ok ? 0 : 1);
 }
 
 TEST(ServiceHolderDeathTest, NetcdflibRetriesAFailedStartUp) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(std::exit(firstCallsOfAProcess() ? 0 : 1), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(firstCallsOfAProcess(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

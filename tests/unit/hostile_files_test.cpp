@@ -1,7 +1,7 @@
 // Corrupt and hostile files: truncated, bit-flipped and empty files of each format, and an
-// unreadable file (directories, missing files and dead URLs are in the fuzz corpus). Opening
-// each, and reading everything in it when the open succeeds, must end normally or with a
-// message-ID error, and the library must work normally afterwards.
+// unreadable file (directories, missing files and dead URLs are in the fuzz corpus). Opening each,
+// and reading everything in it when the open succeeds, must end normally or with a message-ID
+// error, and the library must work normally afterwards.
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,9 +29,9 @@ void writeSample(const std::string& path, const std::string& kind) {
   ASSERT_EQ(0, std::system(("ncgen -k " + kind + " -o " + path + " " + path + ".cdl").c_str()));
 }
 
-// Opens path and, when that works, reads every variable of under 2^20 elements (a corrupt
-// header may legitimately ask for gigabytes) and global attribute, a message-ID error ending
-// any step; then a new file must create, define and close normally. Whether it opened.
+// Opens path and, when that works, reads every variable of under 2^20 elements in its own type (a
+// corrupt header may legitimately ask for gigabytes) and global attribute, a message-ID error
+// ending any step; then a new file must create, define and close normally. Whether it opened.
 bool survives(const std::string& path, const ScratchDir& dir) {
   Outputs id, info, var, dim;
   const auto ok = [](Outputs& out, const std::string& op, std::initializer_list<Arg> in) {
@@ -44,19 +44,11 @@ bool survives(const std::string& path, const ScratchDir& dir) {
     double elements = 1;
     for (const double d : valuesOf(var[2]))
       elements *= ok(dim, "inqDim", {id[0], d}) ? number(dim[1]) : 1;
-    const double xtype = number(var[1]);
-    if (elements <= 1 << 20)
-      ok(dim,
-         xtype == NC_CHAR     ? "getVarText"
-         : xtype == NC_STRING ? "getVarString"
-         : xtype > NC_STRING  ? "getVarVlen"
-                              : "getVarDouble",
-         {id[0], varid});
+    if (elements <= 1 << 20) ok(dim, "getVar", {id[0], varid});
   }
-  for (int attnum = 0; known && attnum < number(info[2]); ++attnum) {
+  for (int attnum = 0; known && attnum < number(info[2]); ++attnum)
     if (ok(var, "inqAttName", {id[0], NC_GLOBAL, attnum}))
       ok(dim, "getAttText", {id[0], NC_GLOBAL, var[0]});
-  }
   if (opened) ok(dim, "close", {id[0]});
   const qvArrayPtr nc = call1("create", {dir.file("after.nc"), "clobber"});
   EXPECT_EQ(3, number(call("inqDim", {nc, call1("defDim", {nc, "n", 3})})[1])) << path;
@@ -75,12 +67,10 @@ TEST_P(HostileFiles, TruncatedBitFlippedAndEmpty) {
   ASSERT_GT(bytes.size(), 64u);
   EXPECT_TRUE(survives(good, dir));
   const auto variant = [&](const std::vector<char>& content) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc)
-        .write(content.data(), static_cast<std::streamsize>(content.size()));
+    std::ofstream(path, std::ios::binary).write(content.data(), std::streamsize(content.size()));
     return survives(path, dir);
   };
-  for (const std::size_t size :
-       {0ul, 3ul, 4ul, 8ul, 32ul, bytes.size() / 4, bytes.size() / 2, bytes.size() - 1})
+  for (const std::size_t size : {0ul, 3ul, 4ul, 8ul, 32ul, bytes.size() / 2, bytes.size() - 1})
     variant({bytes.begin(), bytes.begin() + long(size)});
   // Deterministic flips: every header byte of the first 96 in turn, then spread over the
   // rest of the file. Most land in data or padding and leave a readable file.
@@ -104,19 +94,19 @@ TEST(HostileNames, FileWithoutReadPermission) {
   const std::string path = dir.file("locked.nc");
   writeSample(path, "nc3");
   ASSERT_EQ(chmod(path.c_str(), 0), 0);
-  ASSERT_EQ(chmod(std::filesystem::path(path).parent_path().c_str(), 0755), 0);
+  ASSERT_EQ(chmod(dir.path.c_str(), 0755), 0);
   const pid_t child = fork();
   if (child == 0) {
     if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(10);
     if (access(path.c_str(), R_OK) == 0) _exit(11);  // still readable: nothing to test
     const auto caught = catchMsgId([&] { call("open", {path, "nowrite"}); });
-    _exit(!caught ? 1 : caught->id == "QUARNA:imagesci:netcdf:libraryFailure" ? 0 : 2);
+    _exit(caught && caught->id == "libraryFailure" ? 0 : 1);
   }
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   ASSERT_TRUE(WIFEXITED(status));
   if (WEXITSTATUS(status) >= 10) GTEST_SKIP() << "could not make the file unreadable here";
-  EXPECT_EQ(WEXITSTATUS(status), 0) << "1: opened, 2: another error";
+  EXPECT_EQ(WEXITSTATUS(status), 0) << "opened, or another error";
 }
 
 }  // namespace

@@ -28,10 +28,9 @@ std::string throughStderr(const std::string& text, bool filtered) {
     EXPECT_EQ(write(STDERR_FILENO, rest.data(), rest.size()), ssize_t(rest.size()));
   }
   dup2(saved, STDERR_FILENO);
-  close(saved);
   std::string out(static_cast<std::size_t>(lseek(capture, 0, SEEK_END)), '\0');
   EXPECT_EQ(pread(capture, out.data(), out.size(), 0), ssize_t(out.size()));
-  close(capture);
+  close(capture), close(saved);
   return out;
 }
 
@@ -58,18 +57,15 @@ TEST(RemoteFiles, FileUrlPath) {
 TEST(ZarrCodecs, CodecsNamedByArrayMetadata) {
   const ScratchDir dir;
   using Names = std::vector<std::string>;
-  using Codecs = std::optional<Names>;
-  const std::vector<std::pair<std::string, Codecs>> cases = {
-      {R"({"compressor": null, "filters": null, "zarr_format": 2})", Codecs{Names{}}},
+  const std::pair<std::string, std::optional<Names>> cases[] = {
+      {R"({"compressor": null, "filters": null, "zarr_format": 2})", Names{}},
       {R"({"compressor": {"id": "zlib", "level": 1},
            "filters": [{"id": "delta", "dtype": "<i4"}, {"id": "fixedscaleoffset"}]})",
-       Codecs{Names{"delta", "fixedscaleoffset", "zlib"}}},
-      {R"({"compressor": )", std::nullopt},
-  };
-  for (std::size_t k = 0; k < cases.size(); ++k) {
-    const std::string file = dir.file("zarray" + std::to_string(k));
-    std::ofstream(file) << cases[k].first;
-    EXPECT_EQ(ZarrCodecs::codecsOf(file), cases[k].second) << cases[k].first;
+       Names{"delta", "fixedscaleoffset", "zlib"}},
+      {R"({"compressor": )", std::nullopt}};
+  for (const auto& [json, codecs] : cases) {
+    std::ofstream(dir.file(".zarray")) << json;
+    EXPECT_EQ(ZarrCodecs::codecsOf(dir.file(".zarray")), codecs) << json;
   }
   EXPECT_EQ(ZarrCodecs::codecsOf(dir.file("missing")), std::nullopt);
 }

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cmath>
 #include <concepts>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -35,7 +34,6 @@ constexpr qvClassID classOf() {
 inline qvArrayPtr zeros(qvClassID cls, const Dims& dims, qvComplexity c = qvREAL) {
   return matrix::detail::do_create_numeric(dims, cls, c);
 }
-
 // Array of T filled column-major from values; a row unless dims are given.
 template <class T>
 qvArrayPtr array(const std::vector<T>& values, Dims dims = {}) {
@@ -61,103 +59,94 @@ using Outputs = std::array<qvArrayPtr, kNetcdflibMaxOutputs>;
 
 // An argument of call(): a host array, or a number, flag or text made into one that lives
 // until the call's statement ends.
-class Arg {
- public:
-  Arg(const qvArray* a) : p_(a) {}
-  Arg(const qvArrayPtr& a) : p_(a.get()) {}
-  Arg(qvArrayPtr&& a) : owned_(std::move(a)), p_(owned_.get()) {}
+struct Arg {
+  Arg(const qvArrayPtr& a) : p(a.get()) {}
+  Arg(qvArrayPtr&& a) : owned(std::move(a)), p(owned.get()) {}
   Arg(double v) : Arg(scalar(v)) {}
   Arg(int v) : Arg(scalar<double>(v)) {}
   Arg(std::same_as<bool> auto v) : Arg(scalar<bool>(v)) {}  // no pointer becomes a flag
-  Arg(const char* t) : Arg(charRow(t)) {}
   Arg(const std::string& t) : Arg(charRow(t)) {}
-  const qvArray* get() const { return p_; }
-
- private:
-  qvArrayPtr owned_;
-  const qvArray* p_;
+  Arg(const char* t) : Arg(charRow(t)) {}
+  const qvArray* get() const { return p; }
+  qvArrayPtr owned;
+  const qvArray* p;
 };
 
-inline Dims dimsOf(const Arg& a) {
-  return {qvGetDimensions(a.get()), qvGetDimensions(a.get()) + qvGetNumberOfDimensions(a.get())};
-}
 template <class T = double>
 std::vector<T> valuesOf(const Arg& a) {
-  const auto* p = static_cast<const T*>(qvGetData(a.get()));
-  return {p, p + qvGetNumberOfElements(a.get())};
+  const auto* p = static_cast<const T*>(qvGetData(a.p));
+  return {p, p + qvGetNumberOfElements(a.p)};
 }
 inline double number(const Arg& a) { return valuesOf(a).at(0); }
 
-// Calls netcdflib with the operation name followed by the arguments, asking for nlhs outputs.
-inline Outputs call(const std::string& op, std::initializer_list<Arg> arguments = {},
-                    int nlhs = 0) {
+// Calls netcdflib with the operation name followed by the arguments, asking for no outputs.
+inline Outputs call(const std::string& op, std::initializer_list<Arg> arguments = {}) {
   const qvArrayPtr name = charRow(op);
   std::vector<const qvArray*> inputs{name.get()};
   for (const Arg& a : arguments) inputs.push_back(a.get());
   Outputs outputs;
-  netcdflib(nlhs, outputs.data(), static_cast<int>(inputs.size()), inputs.data());
+  netcdflib(0, outputs.data(), int(inputs.size()), inputs.data());
   return outputs;
 }
 inline qvArrayPtr call1(const std::string& op, std::initializer_list<Arg> arguments = {}) {
   return std::move(call(op, arguments)[0]);
 }
 
-using Args = std::vector<resource_core::MsgArg>;
-struct CaughtError {
-  std::string id;  // component:identifier
-  Args args;
-};
-
 // Message arguments as errors carry them: texts as UTF-8 strings, whole numbers as long.
-inline resource_core::MsgArg arg(long v) { return v; }
-inline resource_core::MsgArg arg(const std::string& v) { return v; }
+using Args = std::vector<resource_core::MsgArg>;
 template <class... T>
-Args args(const T&... values) {
-  return Args{arg(values)...};
+Args args(const T&... v) {
+  return {resource_core::MsgArg(std::conditional_t<std::integral<T>, long, std::string>(v))...};
 }
 
+struct CaughtError {
+  std::string id;  // component:identifier, the component left out for QUARNA:imagesci:netcdf
+  Args args;
+};
 // The message-ID error f raised, or nothing when it returned. Other exceptions pass.
 template <class F>
 std::optional<CaughtError> catchMsgId(F&& f) {
   try {
-    std::forward<F>(f)();
+    f();
   } catch (const foundation::core::except::IMsgIDException& e) {
-    return CaughtError{e.get_error_id(), e.GetID().arguments()};
+    std::string id = e.get_error_id();
+    if (id.starts_with("QUARNA:imagesci:netcdf:")) id.erase(0, 23);
+    return CaughtError{id, e.GetID().arguments()};
   }
   return std::nullopt;
 }
 // The status name of a libraryFailure, else the identifier raised, else "no error".
 template <class F>
 std::string statusOf(F&& f) {
-  const auto caught = catchMsgId(std::forward<F>(f));
+  const auto caught = catchMsgId(f);
   if (!caught) return "no error";
-  if (caught->id != "QUARNA:imagesci:netcdf:libraryFailure") return caught->id;
-  return std::get<std::string>(caught->args.at(1));
+  return caught->id != "libraryFailure" ? caught->id : std::get<std::string>(caught->args.at(1));
 }
 
-#define EXPECT_MSGID(statement, fullId, expectedArgs)                 \
-  do {                                                                \
-    const auto caught_ = ::test::catchMsgId([&] { statement; });      \
-    ASSERT_TRUE(caught_.has_value()) << "no error from: " #statement; \
-    EXPECT_EQ(caught_->id, fullId) << "from: " #statement;            \
-    EXPECT_EQ(caught_->args, expectedArgs) << "from: " #statement;    \
+// Expects statement to raise the message-ID error expectedId (as CaughtError has it) with the
+// message arguments that follow.
+#define EXPECT_MSGID(statement, expectedId, ...)                                \
+  do {                                                                          \
+    const auto caught_ = ::test::catchMsgId([&] { statement; });                \
+    ASSERT_TRUE(caught_.has_value()) << "no error from: " #statement;           \
+    EXPECT_EQ(caught_->id, expectedId) << "from: " #statement;                  \
+    EXPECT_EQ(caught_->args, ::test::args(__VA_ARGS__)) << "from: " #statement; \
   } while (false)
 
-// A fresh directory under NETCDFLIB_TEST_TMP (else the system's), removed with its contents.
+// A fresh directory under NETCDFLIB_TEST_TMP (else /tmp), removed with its contents.
 struct ScratchDir {
-  static std::filesystem::path make() {
+  std::filesystem::path path = [] {
     const char* base = std::getenv("NETCDFLIB_TEST_TMP");
     std::filesystem::create_directories(base ? base : "/tmp");
     std::string pattern = std::string(base ? base : "/tmp") + "/netcdflib-XXXXXX";
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
     return pattern;
-  }
+  }();
   ~ScratchDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
+    std::error_code e;
+    std::filesystem::remove_all(path, e);
   }
   std::string file(const std::string& name) const { return (path / name).string(); }
-  const std::filesystem::path path = make();
 };
 
 }  // namespace test
