@@ -36,8 +36,9 @@ FileImage copyOf(std::span<const std::byte> bytes) {
 // The caller's bytes are copied once. A read-only file reads that copy in place, locked,
 // and the registry keeps it until the file closes. netCDF-C refuses (with a system error)
 // to read a classic file shorter than the first block it reads from locked memory, and a
-// writable file needs memory it can grow: then netCDF-C takes the copy over, and frees it
-// only when the open succeeds.
+// writable file needs memory it can grow: then netCDF-C takes the copy over when the open
+// succeeds, and also when it fails to open a netCDF-4 image for writing, which it tells by
+// clearing the pointer (it has freed the copy then).
 int openFromBytes(const std::string& path, int mode, std::span<const std::byte> bytes, int* ncid) {
   FileImage image = copyOf(bytes);
   if ((mode & NC_WRITE) == 0) {
@@ -47,8 +48,8 @@ int openFromBytes(const std::string& path, int mode, std::span<const std::byte> 
   }
   NC_memio memio{bytes.size(), image.get(), 0};
   const int status = nc_open_memio(path.c_str(), mode, &memio, ncid);
+  if (status == NC_NOERR || memio.memory == nullptr) static_cast<void>(image.release());
   if (status != NC_NOERR) return status;
-  static_cast<void>(image.release());
   OpenFileRegistry::addInMemory(*ncid);
   return NC_NOERR;
 }

@@ -64,6 +64,10 @@ TEST(MemoryFiles, WritableBytesAndRefusals) {
   EXPECT_EQ("NC_EINVAL", statusOf([&] { call("openMem", {"e", "nowrite", empty}); }));
   EXPECT_MSGID(call("openMem", {"d.nc", "nowrite", zeros(qvDOUBLE_CLASS, {4, 1})}),
                "argumentNotOfKind", "bytes", "a real uint8 array");
+  // netCDF-C frees the bytes of this failed open itself.
+  const qvArrayPtr created = call1("createMem", {"c.nc", "netcdf4", 0});
+  const qvArrayPtr bytes = call1("closeMem", {created});
+  EXPECT_EQ("NC_ECANTWRITE", statusOf([&] { call("openMem", {"c.nc", "write", bytes}); }));
   EXPECT_EQ("NC_EBADID", statusOf([] { call("closeMem", {12345678}); }));
   // nc_close_memio would close a disk file and answer success with no bytes.
   const qvArrayPtr disk = call1("create", {dir.file("disk.nc"), "clobber"});
