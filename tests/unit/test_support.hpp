@@ -10,6 +10,7 @@
 #include <concepts>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -77,7 +78,12 @@ std::vector<T> valuesOf(const Arg& a) {
   const auto* p = static_cast<const T*>(qvGetData(a.p));
   return {p, p + qvGetNumberOfElements(a.p)};
 }
-inline double number(const Arg& a) { return valuesOf(a).at(0); }
+// The first element; read in place, since a vector made for one element trips GCC 12's
+// -Wfree-nonheap-object in optimised builds.
+inline double number(const Arg& a) {
+  if (qvGetNumberOfElements(a.get()) == 0) throw std::out_of_range("no element");
+  return *static_cast<const double*>(qvGetData(a.get()));
+}
 
 // Calls netcdflib with the operation name followed by the arguments, asking for no outputs.
 inline Outputs call(const std::string& op, std::initializer_list<Arg> arguments = {}) {
