@@ -95,6 +95,10 @@ nc_vlen_t VlenRecords::recordOf(nc_type base, nc_type nestedBase, const qvArray*
   // empty string arrays give an empty list of strings as an empty cell.
   if (n == 0) return {0, nullptr};
   if (base == NC_CHAR) {
+    // Memory safety: the text is read as UTF-16 units.
+    if (qvGetClassID(element) != qvCHAR_CLASS) {
+      qvErrMsgId(QUARNA::imagesci::netcdf::argumentHasBadDatatype(argName_));
+    }
     std::vector<char>& bytes = charData_.emplace_back(narrowCharData(element));
     return {bytes.size(), bytes.data()};
   }

@@ -97,7 +97,8 @@ TEST_F(UserTypes, CompoundRecordsRefusedNamingTheField) {
                "dataFieldsMismatch", "data", "pair_t", "a, b");
 }
 
-// What netCDF-C would misread: too narrow elements, missing strings, char for strings;
+// What netCDF-C or the library would misread: too narrow elements, missing strings, char for
+// strings, bytes for text;
 // also deep in a later record, after earlier records have their nested levels and texts.
 TEST_F(UserTypes, VlenDataNetcdfWouldMisreadIsRefused) {
   nc_type texts = 0, ints = 0;
@@ -107,6 +108,7 @@ TEST_F(UserTypes, VlenDataNetcdfWouldMisreadIsRefused) {
   setStringMissing(gap.get(), 1);
   const std::tuple<nc_type, qvArrayPtr, std::string> cases[] = {
       {NC_STRING, cell(charRow("abc")), kBadType},
+      {NC_CHAR, cell(zeros(qvINT8_CLASS, {3, 1})), kBadType},
       {texts,
        cell(cell(createStringArray(u"b\u00e9"), createStringArray(u"c")),
             cell(createStringArray(u"x"), std::move(gap))),
