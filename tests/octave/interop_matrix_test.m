@@ -182,12 +182,3 @@
 %! fputs (fid, summary);
 %! fclose (fid);
 %! assert (isempty (details), '%s', [details{:}]);
-
-## A Vlen of Vlen, which python3-netcdf4 cannot read, reads back here as written.
-%!test
-%! nc = netcdflib ('create', fullfile (work_dir (), 'vlen2.nc'), 'NC_NETCDF4');
-%! t = netcdflib ('defVlen', nc, 'vvshort', netcdflib ('defVlen', nc, 'vshort', 3));   # NC_SHORT
-%! v = {{}, {int16([])}, {int16([-32768; 32767])}, {int16(1); int16([2; 3]); int16([])}};
-%! netcdflib ('putAttVlen', nc, -1, 'a', t, v);
-%! expect_same (netcdflib ('getAttVlen', nc, -1, 'a'), v);
-%! netcdflib ('close', nc);
