@@ -15,9 +15,10 @@
 ## ('/GROUP/VAR', '/GROUP/VAR:ATT', '/GROUP/:ATT'); USER counts the variables of
 ## user-defined types.
 %!function [keys, values, user] = everything (url)
-%!  [keys, values, user, groups] = deal ({}, {}, 0, {netcdflib('open', url, 'NC_NOWRITE')});
-%!  for gid = groups
-%!    groups = [groups, num2cell(netcdflib ('inqGrps', gid{1}))];
+%!  [keys, values, user, groups, g] = deal ({}, {}, 0, {netcdflib('open', url, 'NC_NOWRITE')}, 0);
+%!  while (g < numel (groups))   # groups at every depth
+%!    g += 1;
+%!    groups = [groups, num2cell(netcdflib ('inqGrps', groups{g}))];
 %!  end
 %!  for gid = groups
 %!    path = regexprep (netcdflib ('inqGrpNameFull', gid{1}), '/$', '');
