@@ -238,6 +238,9 @@ NETCDFLIB_HANDLER(handleInqCompoundField) {
   std::size_t offset = 0;
   nc_type fieldType = NC_NAT;
   int ndims = 0;
+  // netCDF-C 4.9.0 takes any user-defined type for a compound here: a vlen crashes it and
+  // an enum's members come back as fields. nc_inq_compound checks the class (NC_EBADTYPE).
+  checkStatus(nc_inq_compound(ncid, type, nullptr, nullptr, nullptr), row);
   checkStatus(nc_inq_compound_field(ncid, type, index, name, &offset, &fieldType, &ndims, nullptr),
               row);
   std::vector<int> sizes(static_cast<std::size_t>(std::max(ndims, 0)), 0);

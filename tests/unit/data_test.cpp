@@ -120,6 +120,8 @@ TEST_F(UserTypes, VlenDataNetcdfWouldMisreadIsRefused) {
   };
   for (const auto& [base, data, id] : cases)
     EXPECT_EQ(id, catchMsgId([&] { VlenRecords(ncid_, base, data.get()); })->id);
+  // netCDF-C 4.9.0 took any user-defined type for a compound: a vlen crashed it.
+  EXPECT_EQ("NC_EBADTYPE", statusOf([&] { call("inqCompoundField", {ncid_, ints, 0}); }));
   // HDF5 cannot store a vlen variable without fill values: the file would never close.
   const int v = defVar("v", ints, {y_});
   EXPECT_EQ("NC_EINVAL", statusOf([&] { call("defVarFill", {ncid_, v, true, cell()}); }));
