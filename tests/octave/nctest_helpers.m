@@ -26,10 +26,16 @@ function out = python (code, varargin)
   assert (status == 0, '%s', out);
 end
 
-function out = ncdump (varargin)
-  % What ncdump prints for the given options and file; fails when ncdump does.
-  [status, out] = system (['"' getenv('NETCDFLIB_NCDUMP') '"' sprintf(' "%s"', varargin{:}) ' 2>&1']);
+function out = nctool (name, varargin)
+  % What netCDF-C's program NAME (ncdump, ncgen, nccopy), the one beside NETCDFLIB_NCDUMP,
+  % prints for the given arguments; fails when the program does.
+  tool = fullfile (fileparts (getenv ('NETCDFLIB_NCDUMP')), name);
+  [status, out] = system (['"' tool '"' sprintf(' "%s"', varargin{:}) ' 2>&1']);
   assert (status == 0, '%s', out);
+end
+
+function out = ncdump (varargin)
+  out = nctool ('ncdump', varargin{:});
 end
 
 function err = failure (varargin)
@@ -73,7 +79,5 @@ function ncgen_file (file, cdl)
   fid = fopen ([file '.cdl'], 'w');
   fputs (fid, cdl);
   fclose (fid);
-  ncgen = fullfile (fileparts (getenv ('NETCDFLIB_NCDUMP')), 'ncgen');
-  [status, out] = system (sprintf ('"%s" -k nc4 -o "%s" "%s" 2>&1', ncgen, file, [file '.cdl']));
-  assert (status == 0, out);
+  nctool ('ncgen', '-k', 'nc4', '-o', file, [file '.cdl']);
 end
