@@ -1,20 +1,13 @@
-"""A static HTTP server on 127.0.0.1 for the remote-access tests.
-
-  dap_server.py ROOT PORTFILE SECONDS
-
-serves the files under ROOT on a free loopback port, writes its port and process id to
-PORTFILE and stops by itself after SECONDS. Three paths answer badly on purpose: /garbage/...
-with status 200 and a body that is no DAP response, /raw/... with bytes that are not HTTP,
-and /silent/... not at all for 20 s (to show netCDF-C's HTTP.TIMEOUT).
-Everything else is http.server's own: files, and 404 for what is not there.
-"""
+"""A static HTTP server for the remote-access tests: dap_server.py ROOT PORTFILE SECONDS serves
+ROOT on a free port of 127.0.0.1, writes its port and process id to PORTFILE and stops after
+SECONDS. /garbage/... answers status 200 with a body that is no DAP response; all else is
+http.server's own (404 for what is not there)."""
 
 from functools import partial
 import http.server
 import os
 import sys
 import threading
-import time
 
 
 class Handler(http.server.SimpleHTTPRequestHandler):
@@ -23,12 +16,6 @@ class Handler(http.server.SimpleHTTPRequestHandler):
             self.send_response(200)
             self.end_headers()
             self.wfile.write(b'\x00\x01 this is no DAP response \xff\xfe' * 8)
-        elif self.path.startswith('/raw/'):
-            self.close_connection = True
-            self.wfile.write(b'\x16\x03garbage, not HTTP\r\n\r\n')
-        elif self.path.startswith('/silent/'):
-            time.sleep(20)
-            self.close_connection = True
         else:
             super().do_GET()
 

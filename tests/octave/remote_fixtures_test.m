@@ -1,7 +1,7 @@
 ## Real OPeNDAP server responses, DAP2 and DAP4, read from files by netCDF-C: every variable
 ## and attribute read here, in its own type, equals what is read here of netCDF-C's own copy
-## of the same URL (nccopy): what reading remote data adds, nothing lost or changed. (DAP2
-## over HTTP: remote_http_test.)
+## of the same URL (nccopy): what reading remote data adds, nothing lost or changed; and over
+## HTTP from a loopback server.
 
 %!shared fixtures, urls
 %! fixtures = getenv ('NETCDFLIB_REMOTE_FIXTURES');
@@ -73,3 +73,35 @@
 %!   'fprintf (stderr, ''after\\n'');'], url));
 %! assert (status == 0 && isempty (strfind (out, 'checksumhack')), out);
 %! assert (strncmp (out, sprintf ("2147483647\nafter\n"), 17), out);
+
+## Over HTTP from a server on 127.0.0.1 (tests/interop/dap_server.py, stopping by itself; run
+## without a sanitizer runtime the tests may have preloaded, since python would crawl): a
+## DAP2 dataset reads as its response files do. Failures give the mapped status error naming
+## the operation, with no descriptor left open: 404, a 200 that is no DAP response, and, once
+## the server is gone, a read of a dataset opened before (which still closes) and an open.
+%!test
+%! portfile = fullfile (work_dir (), 'port');
+%! system (sprintf (['env -u LD_PRELOAD /usr/bin/python3 "%s" "%s" "%s" 280 >/dev/null 2>&1 & ' ...
+%!                   'for i in $(seq 200); do [ -e "%s" ] && break; sleep 0.05; done'], ...
+%!   fullfile (fileparts (file_in_loadpath ('nctest_helpers.m')), '..', 'interop', 'dap_server.py'), ...
+%!   fullfile (fixtures, 'dap2'), portfile, portfile));
+%! server = sscanf (fileread (portfile), '%d %d');
+%! base = sprintf ('http://127.0.0.1:%d/', server(1));
+%! [keys, values] = everything ([base 'test.07']);
+%! [file_keys, file_values] = everything (['file://' fullfile(fixtures, 'dap2', 'test.07')]);
+%! expect_same ({keys, values}, {file_keys, file_values}, 'over HTTP');
+%! nc = netcdflib ('open', [base 'test.07'], 'NC_NOWRITE');
+%! before = numel (dir ('/proc/self/fd'));
+%! for c = {'nothere.nc', 'libraryFailure', '(-90)';  'garbage/test.07', 'librarydapFailure', 'NC_EDDS';
+%!          'test.07', 'librarydapFailure', 'NC_EIO'}'
+%!   if (strcmp (c{1}, 'test.07'))   # the server gone
+%!     system (sprintf ('kill %d', server(2)));
+%!     pause (0.2);
+%!     expect_error (failure ('getVarInt', nc, netcdflib ('inqVarID', nc, 'person.age')), ...
+%!                   'QUARNA:imagesci:netcdf:librarydapFailure', '''getVarInt''');
+%!   end
+%!   expect_error (failure ('open', [base c{1}], 'NC_NOWRITE'), ['QUARNA:imagesci:netcdf:' c{2}], ...
+%!                 '''open''', c{3});
+%!   assert (numel (dir ('/proc/self/fd')), before, c{1});
+%! end
+%! netcdflib ('close', nc);
