@@ -1,12 +1,7 @@
-"""python3-zarr's side of the Zarr interop checks.
-
-  zarr_store.py dump STORE         prints every array of a directory store as JSON: path,
-                                   dtype, shape, chunks, compressor and the values'
-                                   little-endian bytes in C order as hex
-  zarr_store.py write STORE CODEC  writes integer arrays in a nested group,
-                                   with attributes; CODEC is none or blosc (python3-zarr's
-                                   default)
-"""
+"""python3-zarr's side of the Zarr checks: "dump STORE" prints each array of a directory store
+as JSON (path, dtype, shape, chunks, compressor, the values' little-endian bytes in C order
+as hex); "write STORE CODEC" writes integer arrays with attributes in a nested group, CODEC
+none or blosc (python3-zarr's default)."""
 
 import json
 import sys

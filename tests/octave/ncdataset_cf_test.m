@@ -4,16 +4,11 @@
 %!shared work
 %! work = work_dir ();
 
-%!function out = cf_python (varargin)
-%!  out = python (fileread (fullfile (fileparts (file_in_loadpath ('ncdataset_cf_test.m')), ...
-%!                                    '..', 'interop', 'cf_reference.py')), varargin{:});
-%!endfunction
-
 ## python3-netcdf4's decoded values by variable name: class, mask, values (masked ones 0) as
 ## columns; the values come as text since jsondecode may round the last digit.
 %!function r = decoded_by_python (file)
 %!  r = structfun (@(e) setfield (e, 'values', str2double (e.values)), ...
-%!                 jsondecode (cf_python ('dump', file)), 'UniformOutput', false);
+%!                 jsondecode (interop ('cf_reference.py', file)), 'UniformOutput', false);
 %!endfunction
 
 %!function expect_decoded (x, m, e, where)
@@ -21,14 +16,14 @@
 %!  assert (! isfloat (x) || all (isnan (x(m))), '%s: a missing element is not NaN', where);
 %!endfunction
 
-## Files python3-netcdf4 writes (packed shorts in double and single, _Unsigned bytes, fill
-## values beside missing_value lists, valid ranges and bounds) decode here as there, in
-## every format; one output gives the same; subsets decode as the same part of the whole;
-## without decoding nothing is missing.
+## Files of cf_sample.cdl (packed shorts in double and single, _Unsigned bytes, fill values
+## beside missing_value lists, valid ranges and bounds), in every format ncgen writes,
+## decode here as in python3-netcdf4; one output gives the same; subsets decode as the same
+## part of the whole; without decoding nothing is missing.
 %!test
-%! for f = {'NETCDF4', 'NETCDF4_CLASSIC', 'NETCDF3_CLASSIC', 'NETCDF3_64BIT_OFFSET'}
-%!   file = fullfile (work, ['py-' f{1} '.nc']);
-%!   cf_python ('write', file, f{1});
+%! for f = {'nc4', 'nc7', 'nc3', 'nc6'}   # netCDF-4, its classic model, classic, 64-bit offset
+%!   file = fullfile (work, ['ncgen-' f{1} '.nc']);
+%!   nctool ('ncgen', '-k', f{1}, '-o', file, file_in_loadpath ('cf_sample.cdl'));
 %!   ref = decoded_by_python (file);
 %!   ds = ncdataset (file);
 %!   expect_same (sort (fieldnames (ref)), sort ({ds.Variables.Name}'), [f{1} ' variables']);

@@ -26,6 +26,12 @@ function out = python (code, varargin)
   assert (status == 0, '%s', out);
 end
 
+function out = interop (script, varargin)
+  % What the python3 script tests/interop/SCRIPT prints for the given arguments.
+  out = python (fileread (fullfile (fileparts (file_in_loadpath ('nctest_helpers.m')), '..', ...
+                                    'interop', script)), varargin{:});
+end
+
 function out = nctool (name, varargin)
   % What netCDF-C's program NAME (ncdump, ncgen, nccopy), the one beside NETCDFLIB_NCDUMP,
   % prints for the given arguments; fails when the program does.
@@ -39,24 +45,28 @@ function out = ncdump (varargin)
 end
 
 function err = failure (varargin)
-  % The error netcdflib (VARARGIN{:}) raises; a call that raises none is an error.
+  % The error netcdflib (VARARGIN{:}) raises, or a function handle given alone; a call that
+  % raises none is an error.
   try
-    netcdflib (varargin{:});
+    if (is_function_handle (varargin{1})), varargin{1} (); else, netcdflib (varargin{:}); end
   catch err
     return;
   end
-  error ('netcdflib (''%s'', ...) raised no error', varargin{1});
+  error ('%s raised no error', strtrim (disp (varargin{1})));
 end
 
 function expect_same (observed, expected, varargin)
   % Fails unless OBSERVED has EXPECTED's class, size and values (NaN equal to NaN), also
-  % element by element in cells, which assert compares without their classes; a third
-  % argument names the case in the message.
+  % element by element in cells and field by field in structs, which assert compares
+  % without their classes; a third argument names the case in the message.
   where = [varargin, {'value'}]{1};
   assert (strcmp (class (observed), class (expected)) && size_equal (observed, expected), ...
           '%s: %s %s observed, %s %s expected', where, class (observed), ...
           mat2str (size (observed)), class (expected), mat2str (size (expected)));
-  if (iscell (expected))
+  if (isstruct (expected))
+    expect_same (fieldnames (observed), fieldnames (expected), [where ' fields']);
+    expect_same (struct2cell (observed(:)), struct2cell (expected(:)), where);
+  elseif (iscell (expected))
     for i = 1:numel (expected)
       expect_same (observed{i}, expected{i}, sprintf ('%s{%d}', where, i));
     end

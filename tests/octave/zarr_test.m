@@ -8,11 +8,6 @@
 %! p = @(name) netcdflib ('parameter', name);
 %! url = @(name, mode) ['file://' fullfile(work, name) '#mode=' mode];
 
-%!function out = zarr_python (varargin)
-%!  out = python (fileread (fullfile (fileparts (file_in_loadpath ('zarr_test.m')), '..', ...
-%!                                    'interop', 'zarr_store.py')), varargin{:});
-%!endfunction
-
 ## Values of class CLS that differ with SEED: the class's extremes, NaN and infinities for
 ## floats, bytes above 0x7F for char; 42 stands where nothing was written.
 %!function v = sample_values (cls, seed)
@@ -72,7 +67,7 @@
 %!   end
 %!   netcdflib ('close', nc);
 %! end
-%! arrays = jsondecode (zarr_python ('dump', fullfile (work, 'zarr.zarr')));
+%! arrays = jsondecode (interop ('zarr_store.py', 'dump', fullfile (work, 'zarr.zarr')));
 %! expect_same (sort ({arrays.path}), sort (strcat ('g/h/v', types(:, 2)')), 'python3-zarr arrays');
 %! for k = 1:rows (types) - 1
 %!   want = sample_values (types{k, 3}, k);
@@ -93,8 +88,8 @@
 %! calls = {'getVarsDouble', {[0 0], [2 2], [1 2]};  'getVar1Double', {[0 0]};  'getVarDouble', {}};
 %! for codec = {'none', 'blosc'}
 %!   store = ['py-' codec{1} '.zarr'];
-%!   zarr_python ('write', fullfile (work, store), codec{1});
-%!   before = zarr_python ('dump', fullfile (work, store));
+%!   interop ('zarr_store.py', 'write', fullfile (work, store), codec{1});
+%!   before = interop ('zarr_store.py', 'dump', fullfile (work, store));
 %!   nc = netcdflib ('open', url (store, 'zarr,file'), p ('NC_NOWRITE'));
 %!   h = netcdflib ('inqNcid', netcdflib ('inqNcid', nc, 'g'), 'h');
 %!   expect_same ({netcdflib('getAttText', nc, -1, 'title'), ...
@@ -122,7 +117,7 @@
 %!   nc2 = netcdflib ('open', url ('py-none.zarr', 'zarr,file'), p ('NC_NOWRITE'));
 %!   expect_same ({nc2, netcdflib('getVarDouble', nc2, 0)(1)}, {nc, 1.25}, 'next store');
 %!   netcdflib ('close', nc2);
-%!   expect_same (zarr_python ('dump', fullfile (work, store)), before, 'python3-zarr afterwards');
+%!   expect_same (interop ('zarr_store.py', 'dump', fullfile (work, store)), before, 'python3-zarr afterwards');
 %! end
 
 ## What NCZarr in Debian's netCDF-C cannot do fails cleanly: zip storage is not built,
