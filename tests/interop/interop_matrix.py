@@ -1,21 +1,12 @@
 #!/usr/bin/python3
-"""The python3-netcdf4 side of the interop matrix.
+"""The python3-netcdf4 side of the interop matrix: interop_matrix.py DIR FORMAT MODEL ...
 
-    interop_matrix.py DIR FORMAT MODEL [FORMAT MODEL]...
-
-For each FORMAT reads DIR/oct-FORMAT.nc, which netcdflib wrote, and prints a line for each
-variable and each of its attributes:
-
-    FORMAT KEY ITEM TYPE SHAPE CANON
-
-ITEM is var, att (its attribute "a") or gatt (the global attribute "g_KEY"); TYPE is NC_INT,
-vlen(NC_INT), ...; SHAPE the netCDF shape (2x3) or an attribute's length; CANON the hex of
-the bytes of numbers (little-endian, one run) and of text (UTF-8), "(e1,e2,...)" for strings
-and Vlen elements (each followed by a comma). Also prints "FORMAT - model DATA_MODEL". Then
-writes everything it read, in the same types, to DIR/py-FORMAT.nc (of the data model
-MODEL, NETCDF4 and so on) for netcdflib to read back.
-
-python3-netcdf4 reads and writes what it can; Vlen attributes go through netCDF-C directly.
+For each FORMAT reads DIR/oct-FORMAT.nc, written by netcdflib, and prints "FORMAT - model
+DATA_MODEL", then "FORMAT KEY ITEM TYPE SHAPE CANON" for each variable (ITEM var) and its
+attributes (att: its "a"; gatt: the global "g_KEY"), canonical as interop_matrix_test.m
+makes them; then writes what it read, in the same types, to DIR/py-FORMAT.nc of data model
+MODEL. The Vlen variable has no attributes: python3-netcdf4 reads and writes none of a Vlen
+type.
 """
 
 import ctypes
@@ -29,10 +20,6 @@ lib = ctypes.CDLL(ctypes.util.find_library('netcdf'))
 NAMES = [None, 'NC_BYTE', 'NC_CHAR', 'NC_SHORT', 'NC_INT', 'NC_FLOAT', 'NC_DOUBLE',
          'NC_UBYTE', 'NC_USHORT', 'NC_UINT', 'NC_INT64', 'NC_UINT64', 'NC_STRING']
 DTYPES = [None, '<i1', 'S1', '<i2', '<i4', '<f4', '<f8', '<u1', '<u2', '<u4', '<i8', '<u8', str]
-
-
-class Vlen(ctypes.Structure):
-    _fields_ = [('len', ctypes.c_size_t), ('p', ctypes.c_void_p)]
 
 
 def nc(fn, *args):
@@ -68,21 +55,14 @@ def read_items(ds):
         v.set_auto_maskandscale(False)
         v.set_auto_chartostring(False)
         nc('nc_inq_vartype', ncid, v._varid, ctypes.byref(xtype))
-        items.append((key, 'var', None, *base_type(ncid, xtype.value), list(v.shape), v[:]))
-        for item, avid, att in (('att', v._varid, 'a'), ('gatt', -1, 'g_' + key)):
+        base, vlen = base_type(ncid, xtype.value)
+        items.append((key, 'var', None, base, vlen, list(v.shape), v[:]))
+        for item, avid, att in () if vlen else (('att', v._varid, 'a'), ('gatt', -1, 'g_' + key)):
             nc('nc_inq_att', ncid, avid, att.encode(), ctypes.byref(xtype), ctypes.byref(length))
-            base, vlen = base_type(ncid, xtype.value)
-            if vlen:
-                records = (Vlen * length.value)()
-                nc('nc_get_att', ncid, avid, att.encode(), records)
-                dt = np.dtype(DTYPES[base])
-                value = [np.frombuffer(ctypes.string_at(r.p, r.len * dt.itemsize), dt)
-                         for r in records]
-            else:
-                value = (ds if avid < 0 else v).getncattr(att)
-                value = {2: lambda t: t.encode(), 12: lambda s: [s] if isinstance(s, str) else
-                         list(s)}.get(base, np.atleast_1d)(value)
-            items.append((key, item, att, base, vlen, [length.value], value))
+            value = (ds if avid < 0 else v).getncattr(att)
+            value = {2: lambda t: t.encode(), 12: lambda s: [s] if isinstance(s, str) else
+                     list(s)}.get(xtype.value, np.atleast_1d)(value)
+            items.append((key, item, att, xtype.value, None, [length.value], value))
     return items
 
 
@@ -99,12 +79,6 @@ def write_items(path, model, items):
                 v.set_auto_maskandscale(False)
                 v.set_auto_chartostring(False)
                 v[:] = value
-            elif vlen:
-                arrays = [np.ascontiguousarray(e, DTYPES[base]) for e in value]
-                records = (Vlen * len(arrays))(*[(a.size, a.ctypes.data if a.size else None)
-                                                 for a in arrays])
-                nc('nc_put_att', ds._grpid, -1 if item == 'gatt' else ds[key]._varid,
-                   att.encode(), vlens[base]._nc_type, ctypes.c_size_t(len(arrays)), records)
             else:
                 getattr(ds if item == 'gatt' else ds[key],
                         'setncattr_string' if base == 12 else 'setncattr')(att, value)

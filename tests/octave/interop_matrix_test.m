@@ -1,7 +1,7 @@
 ## Interop matrix: for every netCDF format and every type it allows, a variable of netCDF
-## shape (2, 3) and two attributes (of the variable and global) written here read bit for
-## bit the same in python3-netcdf4 (A), which writes what it read to a file of its own that
-## reads the same here (B). Both sides reduce values to the same canonical text
+## shape (2, 3) and two attributes (of the variable and global; none of the Vlen type, which
+## python3-netcdf4 cannot handle) written here read bit for bit the same in python3-netcdf4
+## (A), which writes what it read to a file of its own that reads the same here (B). Both sides reduce values to the same canonical text
 ## (tests/interop/interop_matrix.py). Types a format does not allow must be refused. The
 ## formats x types summary goes to stdout and interop-matrix.txt.
 
@@ -99,8 +99,9 @@
 %!      continue;
 %!    end
 %!    assert (any (strcmp (key, allowed)), '%s: %s accepted, not allowed in the format', file, key);
-%!    netcdflib (['putAtt' suffix], nc, varid, 'a', xtype, samples (key, 'att'));
-%!    netcdflib (['putAtt' suffix], nc, p('NC_GLOBAL'), ['g_' key], xtype, samples (key, 'gatt'));
+%!    for item = {varid, 'a', 'att'; p('NC_GLOBAL'), ['g_' key], 'gatt'}(1:2 * ! strcmp (key, 'vlen'), :)'
+%!      netcdflib (['putAtt' suffix], nc, item{1:2}, xtype, samples (key, item{3}));
+%!    end
 %!  end
 %!  netcdflib ('endDef', nc);
 %!  for k = find (ismember (tt(:, 1), allowed))'
@@ -122,7 +123,7 @@
 %!    data = netcdflib (['getVar' suffix], nc, varid);
 %!    got([key ' var']) = sprintf ('%s %dx%d %s', type_name (nc, xtype), ...
 %!                                 size (data)([2 1]), canon (data));
-%!    for item = {'att', varid, 'a'; 'gatt', netcdflib('parameter', 'NC_GLOBAL'), ['g_' key]}'
+%!    for item = {'att', varid, 'a'; 'gatt', -1, ['g_' key]}(1:2 * ! strcmp (key, 'vlen'), :)'
 %!      [xtype, len] = netcdflib ('inqAtt', nc, item{2}, item{3});
 %!      value = netcdflib (['getAtt' suffix], nc, item{2}, item{3});
 %!      assert (isrow (value) && numel (value) == len, '%s %s: %s', key, item{1}, ...
@@ -140,11 +141,7 @@
 %! for f = 1:rows (ff)
 %!   write_file (fullfile (work, ['oct-' ff{f, 1} '.nc']), ff{f, 2:3}, tt);
 %! end
-%! script = fullfile (fileparts (file_in_loadpath ('interop_matrix_test.m')), '..', 'interop', ...
-%!                    'interop_matrix.py');
-%! [status, out] = system (sprintf ('/usr/bin/python3 "%s" "%s"%s', script, work, ...
-%!                                  sprintf (' %s %s', ff(:, [1 5])'{:})));
-%! assert (status == 0, '%s', out);
+%! out = interop ('interop_matrix.py', work, ff(:, [1 5])'{:});
 %! lines = vertcat (regexp (out, '(\S+ \S+ \S+) ([^\n]*)', 'tokens'){:});
 %! python = containers.Map (lines(:, 1), lines(:, 2));
 %! cells = repmat ({'-'}, rows (ff), rows (tt));
@@ -156,7 +153,7 @@
 %!   here = read_file (pyfile, ff{f, 3}, tt);
 %!   for t = find (ismember (tt(:, 1), ff{f, 3}))'
 %!     cells{f, t} = 'pass';
-%!     for item = {'var', 'att', 'gatt'}
+%!     for item = {'var', 'att', 'gatt'}(1:3 - 2 * strcmp (tt{t, 1}, 'vlen'))
 %!       v = samples (tt{t, 1}, item{1});
 %!       want = sprintf ('%s %s %s', tt{t, 2}, {'2x3', num2str(numel (v))}{1 + ! strcmp (item{1}, 'var')}, ...
 %!                       canon (v));

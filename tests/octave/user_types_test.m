@@ -1,6 +1,6 @@
 ## Enum, compound and opaque types from Octave: definitions and inquiries, data in its own
 ## type through "getVar"/"putVar" (whole and subsets) and "getAtt"/"putAtt", against ncgen,
-## ncdump, python3-netcdf4 and captured DAP4 responses, and the refusals of wrong data.
+## ncdump and python3-netcdf4, and the refusals of wrong data.
 ## obs: three records of a compound with scalar, array, char-array, nested, string and vlen
 ## fields, in the form "getVar" returns them; obs_cdl: the same data as ncgen's input.
 
@@ -22,16 +22,6 @@
 %!   " o = {1.5, -1, 3, {1, 2, 3, 4}, {\"ab\"}, {7, {8, 9}}, \"x\", {1, 2}}, \n" ...
 %!   "    {2.5, 0, -4, {5, 6, 7, 8}, {\"c\"}, {17, {18, 19}}, \"yy\", {3}}, \n" ...
 %!   "    {3.5, 1e+30, 5, {9, 10, 11, 12}, {\"f\"}, {27, {28, 29}}, \"\", {}} ;\n}\n"];
-
-## Structs as {names, values} cells, recursively, so that expect_same checks every class.
-%!function c = flat (s)
-%!  c = s;
-%!  if (isstruct (s))
-%!    c = [fieldnames(s), cellfun(@flat, struct2cell (s), 'UniformOutput', false)];
-%!  elseif (iscell (s))
-%!    c = cellfun (@flat, s, 'UniformOutput', false);
-%!  end
-%!endfunction
 
 ## Defines obs_t and its parts in NC, laid out as a C compiler would, and returns its id.
 %!function [obs_t, ints_t] = define_obs (nc)
@@ -122,8 +112,7 @@
 %!   'inquiries');
 %! netcdflib ('close', nc);
 %! nc = netcdflib ('open', fullfile (work, 'ncgen', 'same.nc'), 'NC_NOWRITE');
-%! expect_same (flat (arrayfun (@(v) netcdflib ('getVar', nc, v), 0:2, 'UniformOutput', false)), ...
-%!              flat (data));
+%! expect_same (arrayfun (@(v) netcdflib ('getVar', nc, v), 0:2, 'UniformOutput', false), data);
 %! netcdflib ('close', nc);
 %! expect_same (ncdump (file), ncdump (fullfile (work, 'ncgen', 'same.nc')), 'ncdump');
 %! one = struct ('t', 9, 'v', single (8), 'q', int32 (7), 's', int16 ((1:4)'), 'name', 'xyz'(:), ...
@@ -141,17 +130,16 @@
 %! nc = netcdflib ('open', file, 'NC_NOWRITE');
 %! ends = netcdflib ('getVars', nc, 2, 0, 2, 2);
 %! first = netcdflib ('getAtt', nc, 2, 'first');
-%! expect_same (flat ({ends.s, ends.lab, netcdflib('getVar1', nc, 2, 1), ...
+%! expect_same ({ends.s, ends.lab, netcdflib('getVar1', nc, 2, 1), ...
 %!   netcdflib('getVar', nc, 1), netcdflib('getVara', nc, 1, 1, 1), netcdflib('getVar', nc, vv), ...
-%!   first.s, first.lab, netcdflib('getAtt', nc, 1, 'tag'), netcdflib('getVar', nc, vs)}), ...
-%!   flat ({obs.s(:, [1 3]), obs.lab([1 3]), one, uint8([1:5; 10:14; 6:10]'), uint8(10:14)', ...
+%!   first.s, first.lab, netcdflib('getAtt', nc, 1, 'tag'), netcdflib('getVar', nc, vs)}, ...
+%!   {obs.s(:, [1 3]), obs.lab([1 3]), one, uint8([1:5; 10:14; 6:10]'), uint8(10:14)', ...
 %!   {obs; one; one}, reshape(obs.s, 4, 1, 3), obs.lab', reshape(uint8 (1:10), 5, 1, 2), ...
-%!   {'alpha'; char(zeros(1, 0)); 'b'}}));
+%!   {'alpha'; char(zeros(1, 0)); 'b'}});
 %! netcdflib ('close', nc);
 
 ## A compound with a field of two dimensions (Octave's order) reads back, and python3-netcdf4
-## reads it as written here; the enum and opaque variables of DAP4 responses read through netCDF-C's
-## DAP4 client.
+## reads it as written here.
 %!test
 %! rec = struct ('t', [1.5; -2.5], 's', int16 (reshape (0:11, 3, 2, 2)));
 %! nc = netcdflib ('create', fullfile (work, 'ours.nc'), p ('NC_NETCDF4'));
@@ -160,19 +148,12 @@
 %! netcdflib ('insertArrayCompound', nc, rec_t, 's', 8, p ('NC_SHORT'), [3 2]);
 %! r = netcdflib ('defVar', nc, 'r', rec_t, netcdflib ('defDim', nc, 'n', 2));
 %! netcdflib ('putVar', nc, r, rec);
-%! expect_same (flat (netcdflib ('getVar', nc, r)), flat (rec), 'read back');
+%! expect_same (netcdflib ('getVar', nc, r), rec, 'read back');
 %! netcdflib ('close', nc);
 %! out = python (["r = netCDF4.Dataset(sys.argv[1])['r'][:]\n" ...
 %!   "print(r['t'].tolist(), r['s'].shape, r['s'].ravel().tolist())"], fullfile (work, 'ours.nc'));
 %! expect_same (out, "[1.5, -2.5] (2, 2, 3) [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11]\n", ...
 %!              'python3-netcdf4');
-%! dap4 = fullfile (fileparts (fileparts (which ('run_test_blocks'))), 'fixtures', 'dap4');
-%! opaque = uint8 ([1 35 69 103 137 171 205 239 zeros(1, 8)]');
-%! for c = {'test_enum_array', int8([0; 2; 0; 1; 127]); 'test_opaque', opaque}'
-%!   nc = netcdflib ('open', sprintf ('file://%s/%s.nc#dap4', dap4, c{1}), 'NC_NOWRITE');
-%!   expect_same (netcdflib ('getVar', nc, 0), c{2}, c{1});
-%!   netcdflib ('close', nc);
-%! end
 
 ## Definitions netCDF-C 4.9.0 accepts but nothing can then write, read or close cleanly are
 ## refused with its own statuses (field dimensions come in Octave's order); data that does
