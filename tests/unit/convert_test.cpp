@@ -1,5 +1,5 @@
-// The argument converters (scalars, flags, index vectors, id and size rows, file modes), the
-// status check and what operation names mean.
+// The argument converters (scalars, flags, index vectors, id and size rows, file modes) and
+// the status check.
 #include <boost/numeric/conversion/converter_policies.hpp>
 #include <sstream>
 
@@ -126,25 +126,6 @@ TEST(CheckStatus, RemoteRunsAndFormatLimits) {
     for (const int status : statuses)
       EXPECT_MSGID(checkStatus(status, row), id, "op", errorName(status), netcdfMessage(status));
   EXPECT_MSGID(checkStatus(NC_EVARSIZE, row), "formatConstraintsViolation");
-}
-
-TEST(RowMeaning, ReadFromNames) {
-  constexpr auto V = Target::Variable, A = Target::Attribute;
-  constexpr auto None = Access::None, Get = Access::Get, Put = Access::Put;
-  const std::pair<std::string_view, RowMeaning> cases[] = {
-      {"getVar1Short", {Get, V, Form::One, DataKind::Short, DataInput::Plain}},
-      {"putVar1UInt64", {Put, V, Form::One, DataKind::Uint64, DataInput::Plain}},
-      {"putVaraVlen", {Put, V, Form::Block, DataKind::Vlen, DataInput::Vlen}},
-      {"putAtt", {Put, A, Form::Whole, std::nullopt, DataInput::OwnType}},
-      {"defVarFill", {None, V, Form::Whole, std::nullopt, DataInput::Vlen}},
-      {"getChunkCache", {}},
-      {"getVarDoubles", {}}};
-  for (const auto& [name, e] : cases) {
-    const RowMeaning m = meaningOf(name);
-    EXPECT_EQ(std::tie(e.access, e.target, e.form, e.kind, e.data),
-              std::tie(m.access, m.target, m.form, m.kind, m.data))
-        << name;
-  }
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 // Variables and their data through the entry point, checked against netCDF-C: host
-// dimension order, the checks of whole and subset writes in their order, compound data
-// refused naming the field, and variable-length data refused before netCDF-C sees it, with
-// everything converted up to the failure released (the sanitizer build checks that).
+// dimension order, the checks of whole and subset writes in their order, and
+// variable-length data refused before netCDF-C sees it, with everything converted up to
+// the failure released (the sanitizer build checks that). Compound data refused naming the
+// field: tests/octave/user_types_test.m.
 #include "convert/vlen.hpp"
 #include "test_support.hpp"
 
@@ -77,25 +78,6 @@ TEST_F(DataFile, WritesAreCheckedInOrder) {
 
 // User-defined types in the same file.
 class UserTypes : public DataFile {};
-
-// Arrays in a record gain a dimension in front; refusals name the field.
-TEST_F(UserTypes, CompoundRecordsRefusedNamingTheField) {
-  nc_type pair;
-  const int two = 2;
-  ASSERT_EQ(NC_NOERR, nc_def_compound(ncid_, 8, "pair_t", &pair));
-  ASSERT_EQ(NC_NOERR, nc_insert_compound(ncid_, pair, "a", 0, NC_INT));
-  ASSERT_EQ(NC_NOERR, nc_insert_array_compound(ncid_, pair, "b", 4, NC_SHORT, 1, &two));
-  const int var = defVar("r", pair, {y_});
-  const qvArrayPtr s = call1("getVar", {ncid_, var});
-  const qvArray* b = qvGetFieldByNumber(s.get(), 0, 1);
-  EXPECT_EQ(Dims(qvGetDimensions(b), qvGetDimensions(b) + 2), (Dims{2, 2}));
-  qvSetFieldByNumber(s.get(), 0, 1, zeros(qvINT16_CLASS, {2, 1}));
-  EXPECT_MSGID(call("putVar", {ncid_, var, s}), "dataElementCountMismatch", "data.b", 4, 2);
-  qvSetFieldByNumber(s.get(), 0, 1, zeros(qvINT32_CLASS, {2, 2}));
-  EXPECT_MSGID(call("putVar", {ncid_, var, s}), "dataHasBadClass", "data.b", "int16");
-  EXPECT_MSGID(call("putVar", {ncid_, var, qvCreateStruct(Dims{1, 1}, {"a", "x"})}),
-               "dataFieldsMismatch", "data", "pair_t", "a, b");
-}
 
 // What netCDF-C or the library would misread: too narrow elements, missing strings, char for
 // strings, bytes for text;

@@ -1,10 +1,9 @@
-// Looking up and dispatching operations, the count of outputs, and the start-up of the
-// host's services on the first call.
+// Looking up and dispatching operations, and the start-up of the host's services on the
+// first call.
 #include "gateway/dispatch.hpp"
 #include "convert/scalars.hpp"
 #include "gateway/errors.hpp"
 #include "gateway/operation.hpp"
-#include "gateway/row_shapes.hpp"
 #include "gateway/startup.hpp"
 #include "test_support.hpp"
 
@@ -60,22 +59,6 @@ TEST(Dispatch, HandlersGetTheInputsAfterTheNameAndFailuresAreMapped) {
   EXPECT_MSGID(run({"scalar", 1e30}), kOutOfBounds);
   EXPECT_MSGID(run({"failing"}), "badScalarArgument", "ncid", "numeric");
   EXPECT_THROW(run({"throwing"}), std::runtime_error);
-}
-
-// More outputs than a row makes are refused before its handler runs: here the handler
-// would have refused the empty inputs.
-TEST(OperationTable, TooManyOutputsAreRefusedFirst) {
-  const qvArrayPtr empty = zeros(qvDOUBLE_CLASS, {0, 0});
-  for (const OperationRow& row : operationTable()) {
-    // The one row an earlier row hides is never reached.
-    if (catchMsgId([&] { lookupOperation(operationTable(), row.name, row.nInputs); })) continue;
-    const qvArrayPtr name = charRow(row.name);
-    std::vector<const qvArray*> in(std::size_t(row.nInputs) + 1, empty.get());
-    in[0] = name.get();
-    Outputs out;
-    EXPECT_MSGID(netcdflib(outputCount(row) + 1, out.data(), int(in.size()), in.data()),
-                 "QUARNA:imagesci:validate:tooManyOutputs", row.name, outputCount(row));
-  }
 }
 
 // The process's own holder, through netcdflib, in a fresh process (it starts on the first
