@@ -151,10 +151,7 @@ bool affordable(const OperationRow& row, std::span<const qvArray* const> inputs)
 }
 
 std::filesystem::path makePrivateRoot() {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string pattern = (std::filesystem::path(tmp != nullptr && *tmp != '\0' ? tmp : "/tmp") /
-                         "netcdflib-fuzz-XXXXXX")
-                            .string();
+  std::string pattern = (std::filesystem::temp_directory_path() / "netcdflib-fuzz-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) {
     std::perror("netcdflib_fuzzer: mkdtemp");
     std::abort();
