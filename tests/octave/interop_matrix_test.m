@@ -1,9 +1,10 @@
 ## Interop matrix: for every netCDF format and every type it allows, a variable of netCDF
 ## shape (2, 3) and two attributes (of the variable and global; none of the Vlen type, which
 ## python3-netcdf4 cannot handle) written here read bit for bit the same in python3-netcdf4
-## (A), which writes what it read to a file of its own that reads the same here (B). Both sides reduce values to the same canonical text
-## (tests/interop/interop_matrix.py). Types a format does not allow must be refused. The
-## formats x types summary goes to stdout and interop-matrix.txt.
+## (A), which writes what it read to a file of its own that reads the same here (B). Both
+## sides reduce values to the same canonical text (tests/interop/interop_matrix.py). Types a
+## format does not allow must be refused. The formats x types summary goes to stdout and
+## interop-matrix.txt.
 
 ## Types: key, name in the canonical lines, operation suffix. Formats: name, create mode,
 ## allowed types, what ncdump -k calls it, python's data model.
@@ -99,7 +100,8 @@
 %!      continue;
 %!    end
 %!    assert (any (strcmp (key, allowed)), '%s: %s accepted, not allowed in the format', file, key);
-%!    for item = {varid, 'a', 'att'; p('NC_GLOBAL'), ['g_' key], 'gatt'}(1:2 * ! strcmp (key, 'vlen'), :)'
+%!    atts = {varid, 'a', 'att'; p('NC_GLOBAL'), ['g_' key], 'gatt'}(1:2 * ! strcmp (key, 'vlen'), :);
+%!    for item = atts'
 %!      netcdflib (['putAtt' suffix], nc, item{1:2}, xtype, samples (key, item{3}));
 %!    end
 %!  end

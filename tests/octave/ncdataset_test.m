@@ -104,10 +104,11 @@
 %!              {magic(3)(1:2, :), {'x', 'y'}, struct('Name', 'depth', 'Value', 2)}, 'reopened');
 
 ## A file ncgen writes from header_sample.cdl (attributes of every type, escapes, NaN and
-## infinities, strings, nested and empty groups, user-defined types): disp prints what ncdump -h prints, also
-## without a semicolon; Datatype names user-defined types; enum, opaque, compound and vlen
-## data and attributes are read and written in netcdflib's own form (not decoded, nothing
-## missing), whole and by subset; variables of the file's types are defined by Datatype.
+## infinities, strings, nested and empty groups, user-defined types): disp prints what
+## ncdump -h prints, also without a semicolon; Datatype names user-defined types; enum,
+## opaque, compound and vlen data and attributes are read and written in netcdflib's own
+## form (not decoded, nothing missing), whole and by subset; variables of the file's types
+## are defined by Datatype.
 %!test
 %! file = fullfile (work, 'sample.nc');
 %! nctool ('ncgen', '-k', 'nc4', '-o', file, file_in_loadpath ('header_sample.cdl'));

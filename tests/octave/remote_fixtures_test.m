@@ -81,10 +81,11 @@
 ## the server is gone, a read of a dataset opened before (which still closes) and an open.
 %!test
 %! portfile = fullfile (work_dir (), 'port');
+%! script = fullfile (fileparts (file_in_loadpath ('nctest_helpers.m')), '..', 'interop', ...
+%!                    'dap_server.py');
 %! system (sprintf (['env -u LD_PRELOAD /usr/bin/python3 "%s" "%s" "%s" 280 >/dev/null 2>&1 & ' ...
 %!                   'for i in $(seq 200); do [ -e "%s" ] && break; sleep 0.05; done'], ...
-%!   fullfile (fileparts (file_in_loadpath ('nctest_helpers.m')), '..', 'interop', 'dap_server.py'), ...
-%!   fullfile (fixtures, 'dap2'), portfile, portfile));
+%!                  script, fullfile (fixtures, 'dap2'), portfile, portfile));
 %! server = sscanf (fileread (portfile), '%d %d');
 %! base = sprintf ('http://127.0.0.1:%d/', server(1));
 %! [keys, values] = everything ([base 'test.07']);
@@ -92,16 +93,18 @@
 %! expect_same ({keys, values}, {file_keys, file_values}, 'over HTTP');
 %! nc = netcdflib ('open', [base 'test.07'], 'NC_NOWRITE');
 %! before = numel (dir ('/proc/self/fd'));
-%! for c = {'nothere.nc', 'libraryFailure', '(-90)';  'garbage/test.07', 'librarydapFailure', 'NC_EDDS';
+%! for c = {'nothere.nc', 'libraryFailure', '(-90)';
+%!          'garbage/test.07', 'librarydapFailure', 'NC_EDDS';
 %!          'test.07', 'librarydapFailure', 'NC_EIO'}'
 %!   if (strcmp (c{1}, 'test.07'))   # the server gone
 %!     system (sprintf ('kill %d', server(2)));
 %!     pause (0.2);
 %!     expect_error (failure ('getVarInt', nc, netcdflib ('inqVarID', nc, 'person.age')), ...
 %!                   'QUARNA:imagesci:netcdf:librarydapFailure', '''getVarInt''');
+%!     netcdflib ('close', nc);
+%!     before = numel (dir ('/proc/self/fd'));
 %!   end
-%!   expect_error (failure ('open', [base c{1}], 'NC_NOWRITE'), ['QUARNA:imagesci:netcdf:' c{2}], ...
-%!                 '''open''', c{3});
+%!   expect_error (failure ('open', [base c{1}], 'NC_NOWRITE'), ...
+%!                 ['QUARNA:imagesci:netcdf:' c{2}], '''open''', c{3});
 %!   assert (numel (dir ('/proc/self/fd')), before, c{1});
 %! end
-%! netcdflib ('close', nc);

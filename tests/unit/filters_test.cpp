@@ -77,7 +77,8 @@ TEST(FilterFile, MishandledSettingsAndIdsAreRefused) {
 TEST(FilterFile, SettingsAndDataReadBackAfterReopening) {
   const ScratchDir dir;
   const qvArrayPtr id = call1("create", {dir.file("s.nc"), "netcdf4"});
-  const qvArrayPtr x = call1("defDim", {id, "x", 1000}), data = array(std::vector<float>(1000, 1.5f));
+  const qvArrayPtr x = call1("defDim", {id, "x", 1000}),
+                   data = array(std::vector<float>(1000, 1.5f));
   const std::tuple<std::string, std::string, std::string> cases[] = {
       {"defVarBzip2 9", "inqVarBzip2", "1 9"},
       {"defVarSzip 4 16", "inqVarSzip", "4 16"},
@@ -103,7 +104,8 @@ TEST(FilterFile, SettingsAndDataReadBackAfterReopening) {
       const std::u16string text = cls == qvCHAR_CLASS ? matrix::get_ustring(out.get()) : u"";
       if (cls == qvCHAR_CLASS) got += " " + std::string(text.begin(), text.end());  // ASCII
       if (cls == qvLOGICAL_CLASS || cls == qvDOUBLE_CLASS)
-        got += " " + std::to_string(cls == qvDOUBLE_CLASS ? int(number(out)) : *qvGetLogicals(out.get()));
+        got += " " +
+               std::to_string(cls == qvDOUBLE_CLASS ? int(number(out)) : *qvGetLogicals(out.get()));
     }
     EXPECT_EQ(" " + expected, got) << def;
     // Lossless but for quantization, which keeps 1.5 within its digits (BitGroom alternates).
