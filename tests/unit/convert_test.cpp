@@ -116,7 +116,7 @@ TEST(FileMode, NamesNumbersAndRefusals) {
 }
 
 TEST(CheckStatus, RemoteRunsAndFormatLimits) {
-  const OperationRow row{0, "op", 0, nullptr};
+  static constexpr OperationRow row{0, "op", 0, nullptr};
   checkStatus(NC_NOERR, row);
   const char* dap = "librarydapFailure";
   const char* library = "libraryFailure";

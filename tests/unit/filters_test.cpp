@@ -89,7 +89,8 @@ TEST(FilterFile, SettingsAndDataReadBackAfterReopening) {
       {"defVarQuantize 3 10", "inqVarQuantize", "BitRound 10"}};
   std::vector<qvArrayPtr> vars;
   for (const auto& [def, inq, _] : cases) {
-    vars.push_back(call1("defVar", {id, "v" + std::to_string(vars.size()), NC_FLOAT, x}));
+    const std::string name = std::string("v").append(std::to_string(vars.size()));
+    vars.push_back(call1("defVar", {id, name, NC_FLOAT, x}));
     EXPECT_EQ("no error", statusOfLine(id, vars.back(), def)) << def;
   }
   call("endDef", {id});
@@ -98,16 +99,15 @@ TEST(FilterFile, SettingsAndDataReadBackAfterReopening) {
   const qvArrayPtr nc = call1("open", {dir.file("s.nc"), "nowrite"});
   for (std::size_t k = 0; k < vars.size(); ++k) {
     const auto& [def, inq, expected] = cases[k];
-    std::string got;
+    std::ostringstream got;
     for (const qvArrayPtr& out : call(inq, {nc, vars[k]})) {
       const qvClassID cls = out ? qvGetClassID(out.get()) : qvUNKNOWN_CLASS;
       const std::u16string text = cls == qvCHAR_CLASS ? matrix::get_ustring(out.get()) : u"";
-      if (cls == qvCHAR_CLASS) got += " " + std::string(text.begin(), text.end());  // ASCII
-      if (cls == qvLOGICAL_CLASS || cls == qvDOUBLE_CLASS)
-        got += " " +
-               std::to_string(cls == qvDOUBLE_CLASS ? int(number(out)) : *qvGetLogicals(out.get()));
+      if (cls == qvCHAR_CLASS) got << ' ' << std::string(text.begin(), text.end());  // ASCII
+      if (cls == qvDOUBLE_CLASS) got << ' ' << number(out);
+      if (cls == qvLOGICAL_CLASS) got << ' ' << int(*qvGetLogicals(out.get()));
     }
-    EXPECT_EQ(" " + expected, got) << def;
+    EXPECT_EQ(" " + expected, got.str()) << def;
     // Lossless but for quantization, which keeps 1.5 within its digits (BitGroom alternates).
     for (const float v : valuesOf<float>(call1("getVarFloat", {nc, vars[k]})))
       ASSERT_NEAR(1.5f, v, def.starts_with("defVarQuantize") ? 1e-3 : 0) << def;
