@@ -100,10 +100,9 @@
 %!      continue;
 %!    end
 %!    assert (any (strcmp (key, allowed)), '%s: %s accepted, not allowed in the format', file, key);
-%!    atts = {varid, 'a', 'att'; p('NC_GLOBAL'), ['g_' key], 'gatt'}(1:2 * ! strcmp (key, 'vlen'), :);
-%!    for item = atts'
-%!      netcdflib (['putAtt' suffix], nc, item{1:2}, xtype, samples (key, item{3}));
-%!    end
+%!    if (strcmp (key, 'vlen')), continue; end   # no attributes of a Vlen type
+%!    netcdflib (['putAtt' suffix], nc, varid, 'a', xtype, samples (key, 'att'));
+%!    netcdflib (['putAtt' suffix], nc, p('NC_GLOBAL'), ['g_' key], xtype, samples (key, 'gatt'));
 %!  end
 %!  netcdflib ('endDef', nc);
 %!  for k = find (ismember (tt(:, 1), allowed))'
@@ -125,7 +124,8 @@
 %!    data = netcdflib (['getVar' suffix], nc, varid);
 %!    got([key ' var']) = sprintf ('%s %dx%d %s', type_name (nc, xtype), ...
 %!                                 size (data)([2 1]), canon (data));
-%!    for item = {'att', varid, 'a'; 'gatt', -1, ['g_' key]}(1:2 * ! strcmp (key, 'vlen'), :)'
+%!    if (strcmp (key, 'vlen')), continue; end
+%!    for item = {'att', varid, 'a'; 'gatt', netcdflib('parameter', 'NC_GLOBAL'), ['g_' key]}'
 %!      [xtype, len] = netcdflib ('inqAtt', nc, item{2}, item{3});
 %!      value = netcdflib (['getAtt' suffix], nc, item{2}, item{3});
 %!      assert (isrow (value) && numel (value) == len, '%s %s: %s', key, item{1}, ...

@@ -117,7 +117,8 @@
 %!   nc2 = netcdflib ('open', url ('py-none.zarr', 'zarr,file'), p ('NC_NOWRITE'));
 %!   expect_same ({nc2, netcdflib('getVarDouble', nc2, 0)(1)}, {nc, 1.25}, 'next store');
 %!   netcdflib ('close', nc2);
-%!   expect_same (interop ('zarr_store.py', 'dump', fullfile (work, store)), before, 'python3-zarr afterwards');
+%!   expect_same (interop ('zarr_store.py', 'dump', fullfile (work, store)), before, ...
+%!                'python3-zarr afterwards');
 %! end
 
 ## What NCZarr in Debian's netCDF-C cannot do fails cleanly: zip storage is not built,
